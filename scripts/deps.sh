@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Installs the build and run-time dependencies when any is missing (Debian 12, as root or via sudo).
+set -euo pipefail
+pkgs=(build-essential cmake qt6-base-dev qt6-tools-dev libgl-dev fonts-liberation2
+      libgtest-dev libgmock-dev libbenchmark-dev)
+missing=()
+for p in "${pkgs[@]}"; do
+    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+if [ ${#missing[@]} -gt 0 ]; then
+    echo "Installing: ${missing[*]}"
+    SUDO=""
+    [ "$(id -u)" -ne 0 ] && SUDO="sudo"
+    $SUDO apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
+fi

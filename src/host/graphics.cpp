@@ -1,0 +1,168 @@
+#include "host/graphics.h"
+
+#include <cstdlib>
+
+namespace kx {
+
+void TGraphicsObject::Changed() {
+    if (onChange_) onChange_(this);
+}
+
+void TPen::SetColor(TColor c) {
+    if (c == color_) return;
+    color_ = c;
+    Changed();
+}
+
+void TPen::SetWidth(int32_t w) {
+    if (w < 1) w = 1;
+    if (w == width_) return;
+    width_ = w;
+    Changed();
+}
+
+void TPen::SetStyle(TPenStyle s) {
+    if (s == style_) return;
+    style_ = s;
+    Changed();
+}
+
+void TPen::SetMode(TPenMode m) {
+    if (m == mode_) return;
+    mode_ = m;
+    Changed();
+}
+
+void TPen::Assign(const TPen& o) {
+    if (&o == this) return;
+    color_ = o.color_;
+    width_ = o.width_;
+    style_ = o.style_;
+    mode_ = o.mode_;
+    Changed();
+}
+
+void TBrush::SetColor(TColor c) {
+    if (c == color_ && style_ != bsClear) return;
+    color_ = c;
+    if (style_ == bsClear) style_ = bsSolid;
+    Changed();
+}
+
+void TBrush::SetStyle(TBrushStyle s) {
+    if (s == style_) return;
+    style_ = s;
+    Changed();
+}
+
+void TBrush::Assign(const TBrush& o) {
+    if (&o == this) return;
+    color_ = o.color_;
+    style_ = o.style_;
+    Changed();
+}
+
+namespace {
+// MulDiv with rounding half away from zero, as the platform's does.
+int32_t mulDiv(int32_t a, int32_t b, int32_t c) {
+    int64_t p = int64_t(a) * b;
+    int64_t q = (std::llabs(p) * 2 + c) / (2 * int64_t(c));
+    return int32_t(p < 0 ? -q : q);
+}
+}  // namespace
+
+void TFont::invalidate() {
+    qfont_.reset();
+    metrics_.reset();
+}
+
+void TFont::SetName(const QString& n) {
+    if (n == name_) return;
+    name_ = n;
+    invalidate();
+    Changed();
+}
+
+int32_t TFont::Size() const { return -mulDiv(height_, 72, kPixelsPerInch); }
+
+void TFont::SetSize(int32_t points) {
+    if (points < -1000 || points > 1000) return;  // out of any sensible range: ignored
+    SetHeight(-mulDiv(points, kPixelsPerInch, 72));
+}
+
+void TFont::SetHeight(int32_t pixels) {
+    if (pixels < -1300 || pixels > 1300) return;
+    if (pixels == height_) return;
+    height_ = pixels;
+    invalidate();
+    Changed();
+}
+
+void TFont::SetColor(TColor c) {
+    if (c == color_) return;
+    color_ = c;
+    Changed();
+}
+
+void TFont::SetStyle(TFontStyles s) {
+    if (s == style_) return;
+    style_ = s;
+    invalidate();
+    Changed();
+}
+
+void TFont::SetOrientation(int32_t tenths) {
+    if (tenths == orientation_) return;
+    orientation_ = tenths;
+    Changed();
+}
+
+void TFont::Assign(const TFont& o) {
+    if (&o == this) return;
+    bool shapeChanged = name_ != o.name_ || height_ != o.height_ || style_ != o.style_;
+    name_ = o.name_;
+    height_ = o.height_;
+    color_ = o.color_;
+    style_ = o.style_;
+    orientation_ = o.orientation_;
+    if (shapeChanged) invalidate();
+    Changed();
+}
+
+bool TFont::SameAs(const TFont& o) const {
+    return name_ == o.name_ && height_ == o.height_ && color_ == o.color_ && style_ == o.style_ &&
+           orientation_ == o.orientation_;
+}
+
+QString TFont::MapFamily(const QString& name) {
+    const QString n = name.trimmed().toLower();
+    if (n == u"arial" || n == u"ms sans serif" || n == u"system" || n == u"helvetica" ||
+        n == u"tahoma" || n == u"verdana" || n == u"segoe ui" || n.isEmpty())
+        return QStringLiteral("Liberation Sans");
+    if (n == u"times new roman" || n == u"times") return QStringLiteral("Liberation Serif");
+    if (n == u"courier new" || n == u"courier") return QStringLiteral("Liberation Mono");
+    return name;
+}
+
+const QFont& TFont::ToQFont() const {
+    if (!qfont_) {
+        auto f = std::make_unique<QFont>(MapFamily(name_));
+        int px = height_ < 0 ? -height_ : height_;
+        f->setPixelSize(px < 1 ? 1 : px);
+        f->setBold(style_ & fsBold);
+        f->setItalic(style_ & fsItalic);
+        f->setUnderline(style_ & fsUnderline);
+        f->setStrikeOut(style_ & fsStrikeOut);
+        f->setStyleStrategy(QFont::PreferDefault);
+        f->setHintingPreference(QFont::PreferFullHinting);
+        qfont_ = std::move(f);
+    }
+    return *qfont_;
+}
+
+const QFontMetrics& TFont::Metrics() const {
+    if (!metrics_) metrics_ = std::make_unique<QFontMetrics>(ToQFont());
+    return *metrics_;
+}
+
+}  // namespace kx

@@ -1,0 +1,19 @@
+#include "common/test_env.h"
+
+#include "host/color.h"
+
+namespace kx::test {
+
+TFakeClock& FakeClock() {
+    static TFakeClock clock;
+    return clock;
+}
+
+void ResetEnvironment() {
+    ResetSystemColors();
+    FakeClock().SetTicks(0);
+    FakeClock().SetNow(45000.0);
+    SetClock(&FakeClock());
+}
+
+}  // namespace kx::test

@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+
+#include "drawing/strings.h"
+
+namespace kx {
+namespace {
+
+TEST(Strings, StrTokenSplitsAtTheFirstSeparator) {
+    struct Case {
+        QString text;
+        QString token, rest;
+    } cases[] = {
+        {"ab;cd", "ab", "cd"}, {"abc", "abc", ""},    {";x", "", "x"}, {"a;", "a", ""},
+        {"", "", ""},          {"a;b;c", "a", "b;c"}, {";;", "", ";"},
+    };
+    for (const auto& c : cases) {
+        QString s = c.text;
+        EXPECT_EQ(KxStrToken(s, ';'), c.token) << c.text.toStdString();
+        EXPECT_EQ(s, c.rest) << c.text.toStdString();
+    }
+}
+
+TEST(Strings, StrTokenWalksALabelList) {
+    QString list = "100;75;50;";
+    QStringList tokens;
+    while (!list.isEmpty())
+        tokens << KxStrToken(list, ';');
+    EXPECT_EQ(tokens, (QStringList{"100", "75", "50"}));
+}
+
+TEST(Strings, CharCountAndRemoveSign) {
+    struct Case {
+        QString text;
+        QChar ch;
+        int32_t count;
+        QString removed;
+    } cases[] = {
+        {"", ',', 0, ""},       {"1,234,567", ',', 2, "1234567"},
+        {"-12-", '-', 2, "12"}, {"abc", 'x', 0, "abc"},
+        {"aaa", 'a', 3, ""},    {"Abc", 'a', 0, "Abc"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(KxCharCount(c.text, c.ch), c.count) << c.text.toStdString();
+        EXPECT_EQ(KxRemoveSign(c.text, c.ch), c.removed) << c.text.toStdString();
+    }
+}
+
+TEST(Strings, RangeStrRunsFromMaxDownToMin) {
+    struct Case {
+        double min, max;
+        int32_t steps;
+        const char* format;
+        QString expected;
+    } cases[] = {
+        {0, 100, 4, "0", "100;75;50;25;0;"},
+        {-50, 50, 2, "0", "50;0;-50;"},
+        {0, 1, 2, "0.0", "1.0;0.5;0.0;"},
+        {100, 0, 4, "0", "0;25;50;75;100;"},
+        {0, 100, 1, "##0.0", "100.0;0.0;"},
+        // The step is kept in single precision: 1/3 becomes 0.3333333433.
+        {0, 1, 3, "0.0000000000", "1.0000000298;0.6666666865;0.3333333433;0.0000000000;"},
+        {0, 100, -1, "0", ""},
+        {0, 100, INT_MIN, "0", ""},
+        {5, 100, 0, "0", "5;"},
+        {5, 5, 0, "0", "5;"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(KxRangeStr(c.min, c.max, c.steps, c.format), c.expected)
+            << c.min << ".." << c.max << " in " << c.steps;
+}
+
+TEST(Strings, RangeStrIsBounded) {
+    const QString list = KxRangeStr(0, 1, INT_MAX, "0");
+    EXPECT_EQ(list.count(';'), kKxMaxLabels);
+    EXPECT_TRUE(list.startsWith("1;"));
+}
+
+TEST(Strings, LogRangeStr) {
+    struct Case {
+        int32_t minExp, maxExp, steps;
+        bool reverse;
+        QString expected;
+    } cases[] = {
+        {0, 3, 3, false, "1e0;1e1;1e2;1e3;"},
+        {0, 3, 3, true, "1e3;1e2;1e1;1e0;"},
+        {-2, 2, 2, false, "1e-2;1e0;1e2;"},
+        // The last label overshoots when the span is not a multiple of the step.
+        {0, 5, 2, false, "1e0;1e2;1e4;1e6;"},
+        {0, 5, 2, true, "1e5;1e3;1e1;1e-1;"},
+        // steps < 1 counts as 1.
+        {1, 4, 0, false, "1e1;1e4;"},
+        {1, 4, -7, true, "1e4;1e1;"},
+        // A span smaller than steps steps by one decade instead of never ending.
+        {0, 3, 10, false, "1e0;1e1;1e2;1e3;"},
+        {0, 3, 10, true, "1e3;1e2;1e1;1e0;"},
+        // A single decade, or a start already past the far bound: one label.
+        {2, 2, 5, false, "1e2;"},
+        {2, 2, 5, true, "1e2;"},
+        {5, 0, 1, false, "1e5;"},
+        {5, 0, 1, true, "1e0;"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(KxLogRangeStr(c.minExp, c.maxExp, c.steps, "0e-0", c.reverse), c.expected)
+            << c.minExp << ".." << c.maxExp << "/" << c.steps << (c.reverse ? " reverse" : "");
+}
+
+TEST(Strings, LogRangeStrValuesAreExactPowersOfTen) {
+    EXPECT_EQ(KxLogRangeStr(-3, 3, 6, "0.###", false), "0.001;0.01;0.1;1;10;100;1000;");
+    EXPECT_EQ(KxLogRangeStr(15, 17, 2, "0", false), "1000000000000000;100000000000000000;");
+    EXPECT_EQ(KxLogRangeStr(-400, 400, 1, "0", false), "0;INF;");
+}
+
+TEST(Strings, LogRangeStrTerminatesOnExtremeExponents) {
+    // The span of the int32 range overflows 32 bits, and the overshoot passes it.
+    EXPECT_EQ(KxLogRangeStr(INT_MIN, INT_MAX, 1, "0", false).count(';'), 2);
+    EXPECT_EQ(KxLogRangeStr(-4, INT_MAX, 2, "0", false).count(';'), 4);
+    EXPECT_EQ(KxLogRangeStr(INT_MIN, INT_MAX, INT_MAX, "0", true).count(';'), kKxMaxLabels);
+}
+
+TEST(Strings, CalcLogStr) {
+    struct Case {
+        double value;
+        int32_t decades;
+        bool reverse;
+        const char* format;
+        QString expected;
+    } cases[] = {
+        {2, 3, false, "0", "2;20;200;2000;"},
+        {0.5, 2, false, "0.0", "0.5;5.0;50.0;"},
+        {300, 2, true, "0", "10000;1000;100;"},
+        {400, 1, true, "0", "10000;1000;"},
+        {0.01, 2, true, "0.##", "1;0.1;0.01;"},
+        {7, 0, false, "0", "7;"},
+        {7, -3, true, "0", "10;"},
+        {-1, 1, true, "0", "10;1;"},
+        {0, 1, true, "0", "0;0;"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(KxCalcLogStr(c.value, c.decades, c.format, c.reverse), c.expected)
+            << c.value << " " << c.decades << (c.reverse ? " reverse" : "");
+}
+
+}  // namespace
+}  // namespace kx

@@ -1,0 +1,454 @@
+// Pixel tests of the classic raster rules.
+#include <gtest/gtest.h>
+
+#include "host/bitmap.h"
+#include "host/recordingcanvas.h"
+
+namespace kx {
+namespace {
+
+// Renders into a white bitmap and returns the picture as rows of '.' (white),
+// '#' (black) and 'o' (any other colour).
+class Picture {
+public:
+    Picture(int w, int h) : bmp_(w, h) {}
+    TCanvas& C() { return bmp_.Canvas(); }
+    TBitmap& B() { return bmp_; }
+    std::string Rows() const {
+        std::string s;
+        for (int y = 0; y < bmp_.Height(); ++y) {
+            for (int x = 0; x < bmp_.Width(); ++x) {
+                TColor c = bmp_.Pixel(x, y);
+                s += c == clWhite ? '.' : c == clBlack ? '#' : 'o';
+            }
+            s += '\n';
+        }
+        return s;
+    }
+    // Bounding box of all non-white pixels, as L, T, R, B (exclusive).
+    TRect Bounds() const {
+        TRect r{1 << 20, 1 << 20, -1, -1};
+        for (int y = 0; y < bmp_.Height(); ++y)
+            for (int x = 0; x < bmp_.Width(); ++x)
+                if (bmp_.Pixel(x, y) != clWhite) {
+                    r.Left = std::min(r.Left, x);
+                    r.Top = std::min(r.Top, y);
+                    r.Right = std::max(r.Right, x + 1);
+                    r.Bottom = std::max(r.Bottom, y + 1);
+                }
+        return r;
+    }
+    int Count(TColor c) const {
+        int n = 0;
+        for (int y = 0; y < bmp_.Height(); ++y)
+            for (int x = 0; x < bmp_.Width(); ++x) n += bmp_.Pixel(x, y) == c;
+        return n;
+    }
+
+private:
+    TBitmap bmp_;
+};
+
+TEST(Canvas, NewBitmapIsWhite) {
+    Picture p(4, 3);
+    EXPECT_EQ(p.Rows(), "....\n....\n....\n");
+}
+
+TEST(Canvas, RectangleCoversLeftToRightMinusOne) {
+    Picture p(8, 6);
+    p.C().Pen().SetColor(clBlack);
+    p.C().Brush().SetColor(clRed);
+    p.C().Rectangle(1, 1, 6, 5);
+    EXPECT_EQ(p.Rows(),
+              "........\n"
+              ".#####..\n"
+              ".#ooo#..\n"
+              ".#ooo#..\n"
+              ".#####..\n"
+              "........\n");
+}
+
+TEST(Canvas, RectangleWithClearPenFillsOnePixelLess) {
+    Picture p(8, 6);
+    p.C().Pen().SetStyle(psClear);
+    p.C().Brush().SetColor(clBlack);
+    p.C().Rectangle(1, 1, 6, 5);
+    EXPECT_EQ(p.Rows(),
+              "........\n"
+              ".####...\n"
+              ".####...\n"
+              ".####...\n"
+              "........\n"
+              "........\n");
+}
+
+TEST(Canvas, RectangleWithClearBrushIsOutlineOnly) {
+    Picture p(6, 5);
+    p.C().Brush().SetStyle(bsClear);
+    p.C().Rectangle(0, 0, 5, 4);
+    EXPECT_EQ(p.Rows(),
+              "#####.\n"
+              "#...#.\n"
+              "#...#.\n"
+              "#####.\n"
+              "......\n");
+}
+
+TEST(Canvas, FillRectUsesBrushWithoutOutline) {
+    Picture p(5, 4);
+    p.C().Brush().SetColor(clBlack);
+    p.C().FillRect(TRect{1, 1, 4, 3});
+    EXPECT_EQ(p.Rows(), ".....\n.###.\n.###.\n.....\n");
+    p.C().FillRect(TRect{4, 3, 2, 1});  // inverted: nothing
+    EXPECT_EQ(p.Count(clBlack), 6);
+}
+
+struct LineCase {
+    TPoint from, to;
+    std::string rows;
+};
+
+class LineToTest : public ::testing::TestWithParam<LineCase> {};
+
+TEST_P(LineToTest, DoesNotPaintEndPoint) {
+    const LineCase& c = GetParam();
+    Picture p(6, 4);
+    p.C().MoveTo(c.from.X, c.from.Y);
+    p.C().LineTo(c.to.X, c.to.Y);
+    EXPECT_EQ(p.Rows(), c.rows);
+    EXPECT_EQ(p.C().PenPos(), c.to);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Canvas, LineToTest,
+    ::testing::Values(LineCase{{0, 0}, {5, 0}, "#####.\n......\n......\n......\n"},
+                      LineCase{{5, 1}, {0, 1}, "......\n.#####\n......\n......\n"},
+                      LineCase{{1, 0}, {1, 3}, ".#....\n.#....\n.#....\n......\n"},
+                      LineCase{{0, 0}, {3, 3}, "#.....\n.#....\n..#...\n......\n"},
+                      LineCase{{0, 0}, {4, 2}, "##....\n..##..\n......\n......\n"},
+                      LineCase{{2, 2}, {2, 2}, "......\n......\n......\n......\n"}));
+
+TEST(Canvas, WidePenLineIsCentredWithRoundEnds) {
+    Picture p(20, 11);
+    p.C().Pen().SetWidth(3);
+    p.C().MoveTo(5, 5);
+    p.C().LineTo(14, 5);
+    TRect b = p.Bounds();
+    EXPECT_EQ(b.Top, 4);
+    EXPECT_EQ(b.Bottom, 7);
+    EXPECT_LE(b.Left, 4);   // the round end reaches past the start point
+    EXPECT_GE(b.Right, 16); // and past the end point
+}
+
+TEST(Canvas, EllipseUsesBoundingBoxMinusOne) {
+    Picture p(30, 20);
+    p.C().Brush().SetColor(clRed);
+    p.C().Ellipse(2, 3, 22, 15);
+    EXPECT_EQ(p.Bounds(), (TRect{2, 3, 22, 15}));
+    EXPECT_EQ(p.B().Pixel(12, 9), clRed);
+    EXPECT_EQ(p.B().Pixel(2, 9), clBlack);
+    EXPECT_EQ(p.B().Pixel(21, 9), clBlack);
+    EXPECT_EQ(p.B().Pixel(12, 3), clBlack);
+    EXPECT_EQ(p.B().Pixel(12, 14), clBlack);
+}
+
+TEST(Canvas, ArcRunsCounterClockwiseFromStartToEnd) {
+    // Start at 3 o'clock, end at 12 o'clock: the upper-right quarter only.
+    Picture p(21, 21);
+    p.C().Arc(0, 0, 21, 21, 30, 10, 10, -10);
+    TRect b = p.Bounds();
+    EXPECT_EQ(b.Left, 10);
+    EXPECT_EQ(b.Top, 0);
+    EXPECT_EQ(b.Right, 21);
+    EXPECT_LE(b.Bottom, 12);
+    // Swapped points give the other three quarters.
+    Picture q(21, 21);
+    q.C().Arc(0, 0, 21, 21, 10, -10, 30, 10);
+    EXPECT_EQ(q.Bounds(), (TRect{0, 0, 21, 21}));
+    EXPECT_EQ(q.B().Pixel(18, 3), clWhite);
+}
+
+TEST(Canvas, PieFillsSectorAndOutlinesRadii) {
+    Picture p(21, 21);
+    p.C().Pen().SetStyle(psClear);
+    p.C().Brush().SetColor(clBlack);
+    // From 12 o'clock counter-clockwise to 9 o'clock: the upper-left quarter.
+    p.C().Pie(0, 0, 21, 21, 10, -10, -10, 10);
+    EXPECT_EQ(p.B().Pixel(5, 5), clBlack);
+    EXPECT_EQ(p.B().Pixel(15, 5), clWhite);
+    EXPECT_EQ(p.B().Pixel(5, 15), clWhite);
+    EXPECT_EQ(p.B().Pixel(15, 15), clWhite);
+}
+
+TEST(Canvas, PolygonFillsAlternateAndOutlinesEveryVertex) {
+    Picture p(8, 8);
+    p.C().Brush().SetColor(clRed);
+    const TPoint tri[] = {{1, 1}, {6, 1}, {6, 6}};
+    p.C().Polygon(tri);
+    EXPECT_EQ(p.B().Pixel(1, 1), clBlack);
+    EXPECT_EQ(p.B().Pixel(6, 1), clBlack);
+    EXPECT_EQ(p.B().Pixel(6, 6), clBlack);
+    EXPECT_EQ(p.B().Pixel(5, 3), clRed);
+    EXPECT_EQ(p.Bounds(), (TRect{1, 1, 7, 7}));
+}
+
+TEST(Canvas, PolygonAlternateRuleLeavesOverlapHollow) {
+    // A pentagram drawn in one stroke: the inner pentagon is covered twice and stays empty.
+    Picture p(41, 41);
+    p.C().Pen().SetStyle(psClear);
+    p.C().Brush().SetColor(clBlack);
+    const TPoint star[] = {{20, 0}, {32, 38}, {1, 14}, {39, 14}, {8, 38}};
+    p.C().Polygon(star);
+    EXPECT_EQ(p.B().Pixel(20, 22), clWhite);
+    EXPECT_EQ(p.B().Pixel(20, 6), clBlack);
+}
+
+TEST(Canvas, PolylineLeavesLastPointUnpainted) {
+    Picture p(6, 4);
+    const TPoint pts[] = {{0, 0}, {4, 0}, {4, 3}};
+    p.C().Polyline(pts);
+    EXPECT_EQ(p.Rows(), "#####.\n....#.\n....#.\n......\n");
+}
+
+TEST(Canvas, Frame3DColoursRingsAndShrinks) {
+    Picture p(6, 5);
+    TRect r{0, 0, 6, 5};
+    p.C().Frame3D(r, clBlack, clRed, 1);
+    EXPECT_EQ(p.Rows(),
+              "#####o\n"
+              "#....o\n"
+              "#....o\n"
+              "#....o\n"
+              "oooooo\n");
+    EXPECT_EQ(r, (TRect{1, 1, 5, 4}));
+    EXPECT_EQ(p.C().Pen().Color(), clRed);
+    EXPECT_EQ(p.C().Pen().Width(), 1);
+}
+
+TEST(Canvas, Frame3DNestsRings) {
+    Picture p(6, 6);
+    TRect r{0, 0, 6, 6};
+    p.C().Frame3D(r, clBlack, clRed, 2);
+    EXPECT_EQ(p.Rows(),
+              "#####o\n"
+              "####oo\n"
+              "##..oo\n"
+              "##..oo\n"
+              "#ooooo\n"
+              "oooooo\n");
+    EXPECT_EQ(r, (TRect{2, 2, 4, 4}));
+}
+
+struct ModeCase {
+    TPenMode mode;
+    TColor dst, pen, expected;
+};
+
+class PenModeTest : public ::testing::TestWithParam<ModeCase> {};
+
+TEST_P(PenModeTest, CombinesPenWithDestination) {
+    const ModeCase& c = GetParam();
+    TBitmap b(4, 4);
+    b.Canvas().Brush().SetColor(c.dst);
+    b.Canvas().FillRect(TRect{0, 0, 4, 4});
+    b.Canvas().Pen().SetColor(c.pen);
+    b.Canvas().Pen().SetMode(c.mode);
+    b.Canvas().MoveTo(0, 1);
+    b.Canvas().LineTo(4, 1);
+    EXPECT_EQ(b.Pixel(2, 1), c.expected);
+    EXPECT_EQ(b.Pixel(2, 2), c.dst);
+    EXPECT_EQ(qAlpha(b.Image().pixel(2, 1)), 255);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Canvas, PenModeTest,
+    ::testing::Values(ModeCase{pmCopy, 0x123456, 0x00FF00, 0x00FF00},
+                      ModeCase{pmXor, 0x123456, 0x0F0F0F, 0x123456 ^ 0x0F0F0F},
+                      ModeCase{pmNotMask, 0x123456, 0x00FF0F, ~(0x123456 & 0x00FF0F) & 0xFFFFFF},
+                      ModeCase{pmMask, 0x123456, 0x00FF0F, 0x123456 & 0x00FF0F},
+                      ModeCase{pmMerge, 0x123456, 0x00FF0F, 0x123456 | 0x00FF0F},
+                      ModeCase{pmNot, 0x123456, 0x00FF0F, ~0x123456 & 0xFFFFFF},
+                      ModeCase{pmNop, 0x123456, 0x00FF0F, 0x123456},
+                      ModeCase{pmBlack, 0x123456, 0x00FF0F, 0x000000},
+                      ModeCase{pmWhite, 0x123456, 0x00FF0F, 0xFFFFFF}));
+
+TEST(Canvas, XorTwiceRestores) {
+    TBitmap b(10, 10);
+    b.Canvas().Brush().SetColor(0x336699);
+    b.Canvas().FillRect(TRect{0, 0, 10, 10});
+    b.Canvas().Pen().SetMode(pmXor);
+    b.Canvas().Pen().SetColor(clWhite);
+    b.Canvas().Brush().SetColor(clWhite);
+    b.Canvas().Rectangle(2, 2, 8, 8);
+    EXPECT_EQ(b.Pixel(4, 4), 0x336699 ^ 0xFFFFFF);
+    b.Canvas().Rectangle(2, 2, 8, 8);
+    for (int y = 0; y < 10; ++y)
+        for (int x = 0; x < 10; ++x) ASSERT_EQ(b.Pixel(x, y), 0x336699) << x << "," << y;
+}
+
+TEST(Canvas, CopyRectSrcInvertXorsSource) {
+    TBitmap src(4, 4), dst(4, 4);
+    src.Canvas().Brush().SetColor(0x0000FF);
+    src.Canvas().FillRect(TRect{0, 0, 4, 4});
+    dst.Canvas().Brush().SetColor(0x00FF00);
+    dst.Canvas().FillRect(TRect{0, 0, 4, 4});
+    dst.Canvas().SetCopyMode(cmSrcInvert);
+    dst.Canvas().CopyRect(TRect{0, 0, 2, 2}, src.Canvas(), TRect{0, 0, 2, 2});
+    EXPECT_EQ(dst.Pixel(1, 1), 0x00FFFF);
+    EXPECT_EQ(dst.Pixel(3, 3), 0x00FF00);
+    dst.Canvas().SetCopyMode(cmSrcCopy);
+    dst.Canvas().CopyRect(TRect{2, 2, 4, 4}, src.Canvas(), TRect{0, 0, 2, 2});
+    EXPECT_EQ(dst.Pixel(3, 3), 0x0000FF);
+}
+
+TEST(Canvas, CopyRectClipsToBothImages) {
+    TBitmap src(4, 4), dst(4, 4);
+    src.Canvas().Brush().SetColor(clBlack);
+    src.Canvas().FillRect(TRect{0, 0, 4, 4});
+    dst.Canvas().CopyRect(TRect{2, 2, 8, 8}, src.Canvas(), TRect{-2, -2, 4, 4});
+    EXPECT_EQ(dst.Pixel(3, 3), clWhite);  // came from outside the source
+    dst.Canvas().CopyRect(TRect{-1, -1, 3, 3}, src.Canvas(), TRect{0, 0, 4, 4});
+    EXPECT_EQ(dst.Pixel(0, 0), clBlack);
+    EXPECT_EQ(dst.Pixel(3, 3), clWhite);
+}
+
+TEST(Canvas, DrawCopiesOpaqueAndBlendsTransparent) {
+    TBitmap src(2, 2), dst(4, 4);
+    src.ClearTransparent();
+    dst.Canvas().Draw(1, 1, src);
+    EXPECT_EQ(qAlpha(dst.Image().pixel(1, 1)), 0);  // opaque copy takes the pixels as they are
+    TBitmap dst2(4, 4);
+    src.SetTransparent(true);
+    dst2.Canvas().Draw(1, 1, src);
+    EXPECT_EQ(dst2.Pixel(1, 1), clWhite);
+}
+
+TEST(Canvas, StretchDrawScalesWithoutSmoothing) {
+    TBitmap src(2, 1), dst(4, 2);
+    src.Canvas().SetPixel(0, 0, clBlack);
+    src.Canvas().SetPixel(1, 0, clRed);
+    dst.Canvas().StretchDraw(TRect{0, 0, 4, 2}, src);
+    EXPECT_EQ(dst.Pixel(0, 0), clBlack);
+    EXPECT_EQ(dst.Pixel(1, 1), clBlack);
+    EXPECT_EQ(dst.Pixel(2, 0), clRed);
+    EXPECT_EQ(dst.Pixel(3, 1), clRed);
+}
+
+TEST(Canvas, ClipRegionDifferenceMakesRing) {
+    Picture p(21, 21);
+    QRegion outer = TCanvas::EllipticRegion(TRect{0, 0, 21, 21});
+    QRegion inner = TCanvas::EllipticRegion(TRect{5, 5, 16, 16});
+    p.C().SetClipRegion(outer.subtracted(inner));
+    EXPECT_EQ(p.C().ClipRect().Right, 21);
+    EXPECT_EQ(p.C().ClipRect().Left, 0);
+    p.C().Brush().SetColor(clBlack);
+    p.C().FillRect(TRect{0, 0, 21, 21});
+    EXPECT_EQ(p.B().Pixel(10, 10), clWhite);  // hole
+    EXPECT_EQ(p.B().Pixel(0, 0), clWhite);    // outside the ellipse
+    EXPECT_EQ(p.B().Pixel(10, 2), clBlack);   // ring
+    p.C().ClearClipRegion();
+    p.C().FillRect(TRect{0, 0, 21, 21});
+    EXPECT_EQ(p.B().Pixel(10, 10), clBlack);
+    EXPECT_EQ(p.C().ClipRect(), (TRect{0, 0, 21, 21}));
+}
+
+TEST(Canvas, TextOutAnchorsTopLeftAndPaintsCellWithSolidBrush) {
+    Picture p(80, 30);
+    p.C().Font().SetName("Arial");
+    p.C().Font().SetSize(10);
+    p.C().Font().SetColor(clBlack);
+    p.C().Brush().SetColor(clRed);
+    p.C().TextOut(5, 4, "Hg");
+    const int w = p.C().TextWidth("Hg"), h = p.C().TextHeight("Hg");
+    EXPECT_GT(w, 8);
+    EXPECT_GT(h, 10);
+    EXPECT_EQ(p.Bounds(), (TRect{5, 4, 5 + w, 4 + h}));
+    Picture q(80, 30);
+    q.C().Font().SetName("Arial");
+    q.C().Font().SetSize(10);
+    q.C().Brush().SetStyle(bsClear);
+    q.C().TextOut(5, 4, "Hg");
+    TRect b = q.Bounds();
+    EXPECT_GE(b.Left, 5);
+    EXPECT_GE(b.Top, 4);
+    EXPECT_LE(b.Bottom, 4 + h);
+}
+
+TEST(Canvas, RotatedTextTurnsAboutReferencePoint) {
+    Picture p(60, 60);
+    p.C().Font().SetName("Arial");
+    p.C().Font().SetSize(12);
+    p.C().Brush().SetStyle(bsClear);
+    p.C().Font().SetOrientation(-900);  // clockwise by 90 degrees: runs downwards
+    p.C().TextOut(30, 5, "HHH");
+    TRect b = p.Bounds();
+    EXPECT_LE(b.Right, 31);
+    EXPECT_GT(b.Height(), b.Width());
+    EXPECT_GE(b.Top, 4);
+}
+
+TEST(Canvas, FontSizeUsesNinetySixDpi) {
+    TFont f;
+    f.SetSize(8);
+    EXPECT_EQ(f.Height(), -11);
+    f.SetSize(14);
+    EXPECT_EQ(f.Height(), -19);
+    EXPECT_EQ(f.Size(), 14);
+    EXPECT_EQ(TFont::MapFamily("Arial"), "Liberation Sans");
+    EXPECT_EQ(TFont::MapFamily("System"), "Liberation Sans");
+    EXPECT_EQ(TFont::MapFamily("Courier New"), "Liberation Mono");
+}
+
+TEST(Canvas, ChangeNotificationsFireOnlyOnChange) {
+    TPen pen;
+    int n = 0;
+    QObject* sender = nullptr;
+    pen.SetOnChange([&](QObject* s) { ++n; sender = s; });
+    pen.SetColor(clRed);
+    pen.SetColor(clRed);
+    pen.SetWidth(1);
+    pen.SetWidth(0);  // taken as 1
+    EXPECT_EQ(n, 1);
+    EXPECT_EQ(sender, &pen);
+    TBrush brush;
+    int m = 0;
+    brush.SetOnChange([&](QObject*) { ++m; });
+    brush.SetStyle(bsClear);
+    brush.SetColor(clWhite);  // same colour, but makes the brush solid again
+    EXPECT_EQ(brush.Style(), bsSolid);
+    EXPECT_EQ(m, 2);
+}
+
+TEST(Canvas, PixelOutsideIsInvalidAndNothingCrashes) {
+    TBitmap b(3, 3);
+    EXPECT_EQ(b.Pixel(-1, 0), -1);
+    EXPECT_EQ(b.Pixel(3, 0), -1);
+    b.Canvas().SetPixel(10, 10, clBlack);
+    b.Canvas().Rectangle(100000, 100000, -100000, -100000);
+    b.Canvas().Ellipse(0, 0, 0, 0);
+    b.Canvas().Polygon({});
+    TBitmap empty;
+    empty.Canvas().Rectangle(0, 0, 5, 5);
+    empty.Canvas().TextOut(0, 0, "x");
+    b.Canvas().Draw(0, 0, empty);
+    SUCCEED();
+}
+
+TEST(RecordingCanvas, LogsCallsWithStateAndFixedMetrics) {
+    TRecordingCanvas c;
+    c.CharWidth = 6;
+    c.LineHeight = 12;
+    c.Pen().SetColor(clRed);
+    c.Rectangle(1, 2, 3, 4);
+    c.TextOut(5, 6, "abc");
+    EXPECT_EQ(c.TextWidth("abcd"), 24);
+    EXPECT_EQ(c.TextHeight("x"), 12);
+    EXPECT_EQ(c.Log(), (QStringList{"Rectangle(1,2,3,4)", "TextOut(5,6,'abc')"}));
+    EXPECT_EQ(c.CallsOf("Rectangle").at(0).PenColor, clRed);
+    TRect r{0, 0, 10, 10};
+    c.Frame3D(r, clWhite, clBlack, 2);
+    EXPECT_EQ(r, (TRect{2, 2, 8, 8}));
+}
+
+}  // namespace
+}  // namespace kx
