@@ -81,6 +81,7 @@ void TCanvas::Release() {
 }
 
 QPainter& TCanvas::painter() {
+    if (onDraw_) onDraw_();
     if (!painter_) {
         painter_ = std::make_unique<QPainter>(target_);
         painter_->setRenderHint(QPainter::Antialiasing, false);
@@ -405,6 +406,7 @@ bool TCanvas::fastCopy(const QImage& src, const TRect& s, int32_t dx, int32_t dy
     w = std::min({w, src.width() - sl, target_->width() - dx});
     h = std::min({h, src.height() - st, target_->height() - dy});
     if (w <= 0 || h <= 0) return true;
+    if (onDraw_) onDraw_();
     const int bpp = src.depth() / 8;
     for (int32_t row = 0; row < h; ++row) {
         const uchar* from = src.constScanLine(st + row) + size_t(sl) * bpp;
@@ -479,6 +481,7 @@ TColor TCanvas::Pixel(int32_t x, int32_t y) {
 void TCanvas::SetPixel(int32_t x, int32_t y, TColor c) {
     if (!drawable() || x < 0 || y < 0 || x >= target_->width() || y >= target_->height()) return;
     if (hasClip_ && !clip_.contains(QPoint(x, y))) return;
+    if (onDraw_) onDraw_();
     target_->setPixel(x, y, ToQRgb(c));
 }
 

@@ -23,6 +23,7 @@
 #include <QPainter>
 #include <QRegion>
 #include <QString>
+#include <functional>
 #include <memory>
 #include <span>
 #include <vector>
@@ -107,6 +108,8 @@ public:
     static QRegion RectRegion(const TRect& r);
 
     QImage* Target() const { return target_; }
+    // Called before pixels change (a control uses it to schedule its screen update).
+    void SetOnDraw(std::function<void()> handler) { onDraw_ = std::move(handler); }
     // Ends the painter so that the image may be resized, copied or read freely.
     void Release();
 
@@ -128,6 +131,7 @@ private:
     bool fastCopy(const QImage& src, const TRect& srcRect, int32_t dx, int32_t dy);
 
     QImage* target_;
+    std::function<void()> onDraw_;
     std::unique_ptr<QPainter> painter_;
     TPen pen_;
     TBrush brush_;

@@ -265,8 +265,7 @@ int TFloatPicture::Emit(const TSection& s, const TDecimalDigits& v, bool minus,
 
 int TFloatPicture::FormatFull(char16_t* out, double value, const TFormatSettings& fs) const {
     if (const int n = SpecialValue(out, value)) return n;
-    if (sectionCount_ == 0 || std::fabs(value) >= kGeneralLimit)
-        return FormatGeneralTo(out, value, 15, fs);
+    if (sectionCount_ == 0) return FormatGeneralTo(out, value, 15, fs);
     const TSection* s = &sections_[0];
     bool minus = false;
     if (value < 0) {
@@ -275,7 +274,8 @@ int TFloatPicture::FormatFull(char16_t* out, double value, const TFormatSettings
         else
             minus = true;
     }
-    if (s->empty) return FormatGeneralTo(out, value, 15, fs);
+    if (s->empty || (!s->sci && std::fabs(value) >= kGeneralLimit))
+        return FormatGeneralTo(out, value, 15, fs);
     TDecimalDigits d = DigitsFor(*s, value);
     if (d.IsZero()) {
         s = sectionCount_ >= 3 && !sections_[2].empty ? &sections_[2] : &sections_[0];

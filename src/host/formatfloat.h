@@ -25,8 +25,9 @@
 // front. A value that rounds to zero under its section prints as zero: with the
 // third section when present and not empty, else with the first, never with '-'.
 // An empty first section (or an empty picture) means the general format.
-// Special values: NaN gives "NAN", infinities "INF" and "-INF"; |value| >= 1e18
-// gives the general format ("1E20", "-1.5E20") whatever the picture.
+// Special values: NaN gives "NAN", infinities "INF" and "-INF". A section
+// without exponent cannot show |value| >= 1e18: such a value gets the general
+// format ("1E20", "-1.5E20") instead.
 #include <QString>
 #include <vector>
 

@@ -3,8 +3,10 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
+#include <QMetaProperty>
 #include <QThread>
 #include <QTimer>
+#include <QVariant>
 #include <functional>
 #include <memory>
 #include <string>
@@ -46,7 +48,7 @@ TEST_F(TKxFlashTest, TicksOnlyOnceAHandlerIsAssigned) {
 struct StopCase {
     const char* Name;
     std::function<void(TKxFlash&)> Stop;
-    std::function<void(TKxFlash&)> Restore;
+    std::function<void(TKxFlash&, const TKxFlash::TNotifyEvent&)> Restore;
     uint32_t RestoredInterval;
 };
 
@@ -56,7 +58,7 @@ TEST_P(TKxFlashStopTest, StoppingAndRestoringTheTicks) {
     const StopCase& c = GetParam();
     TKxFlash flash;
     int calls = 0;
-    const auto count = [&calls](QObject*) { ++calls; };
+    const TKxFlash::TNotifyEvent count = [&calls](QObject*) { ++calls; };
     flash.SetOnTimer(count);
     flash.SetInterval(40);
     c.Stop(flash);
@@ -64,7 +66,7 @@ TEST_P(TKxFlashStopTest, StoppingAndRestoringTheTicks) {
     Source(flash).Fire();
     EXPECT_EQ(calls, 0);
 
-    c.Restore(flash);
+    c.Restore(flash, count);
     EXPECT_TRUE(Source(flash).Active());
     EXPECT_EQ(Source(flash).Interval(), c.RestoredInterval);
     Source(flash).Fire();
@@ -74,14 +76,14 @@ TEST_P(TKxFlashStopTest, StoppingAndRestoringTheTicks) {
 INSTANTIATE_TEST_SUITE_P(
     Conditions, TKxFlashStopTest,
     ::testing::Values(StopCase{"Enabled", [](TKxFlash& f) { f.SetEnabled(false); },
-                               [](TKxFlash& f) { f.SetEnabled(true); }, 40},
+                               [](TKxFlash& f, auto&) { f.SetEnabled(true); }, 40},
                       StopCase{"EnabledByProperty",
                                [](TKxFlash& f) { f.setProperty("Enabled", false); },
-                               [](TKxFlash& f) { f.setProperty("Enabled", true); }, 40},
+                               [](TKxFlash& f, auto&) { f.setProperty("Enabled", true); }, 40},
                       StopCase{"IntervalZero", [](TKxFlash& f) { f.SetInterval(0); },
-                               [](TKxFlash& f) { f.SetInterval(25); }, 25},
+                               [](TKxFlash& f, auto&) { f.SetInterval(25); }, 25},
                       StopCase{"HandlerCleared", [](TKxFlash& f) { f.SetOnTimer(nullptr); },
-                               [](TKxFlash& f) { f.SetOnTimer([](QObject*) {}); }, 40}),
+                               [](TKxFlash& f, auto& handler) { f.SetOnTimer(handler); }, 40}),
     [](const auto& info) { return std::string(info.param.Name); });
 
 TEST_F(TKxFlashTest, HandlerStaysQuietWhileDisabledEvenIfTheSourceFires) {

@@ -155,7 +155,9 @@ TEST_F(FlashServiceTest, CapacityGrowsByTenKeepingTwoSpareSlots) {
         AddControl(clients.back().get(), 2);
         const size_t now = FlashList().capacity();
         if (now != capacity) {
-            if (capacity != 0) EXPECT_EQ(now, capacity + 10) << "after " << i + 1;
+            if (capacity != 0) {
+                EXPECT_EQ(now, capacity + 10) << "after " << i + 1;
+            }
             ++growths;
         }
         capacity = now;

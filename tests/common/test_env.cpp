@@ -1,6 +1,7 @@
 #include "common/test_env.h"
 
 #include "host/color.h"
+#include "host/formatsettings.h"
 
 namespace kx::test {
 
@@ -11,6 +12,7 @@ TFakeClock& FakeClock() {
 
 void ResetEnvironment() {
     ResetSystemColors();
+    SetFormatSettings(DefaultFormatSettings());
     FakeClock().SetTicks(0);
     FakeClock().SetNow(45000.0);
     SetClock(&FakeClock());
