@@ -16,7 +16,8 @@ const std::vector<double>& Values() {
         std::uniform_real_distribution<double> exponent(-3.0, 5.0);
         std::uniform_int_distribution<int> sign(0, 3);
         std::vector<double> v(1000);
-        for (double& x : v) x = std::pow(10.0, exponent(rng)) * (sign(rng) == 0 ? -1.0 : 1.0);
+        for (double& x : v)
+            x = std::pow(10.0, exponent(rng)) * (sign(rng) == 0 ? -1.0 : 1.0);
         return v;
     }();
     return values;

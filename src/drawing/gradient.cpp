@@ -98,11 +98,15 @@ void LinearRun(TCanvas& c, TColor from, TColor to, bool vertical, int variant, i
 
 enum class TShape { Ellipse, Rectangle, Diamond };
 
-// Concentric filled shapes from the inset (x0, y0) in to the centre box.
+// Concentric filled shapes from the inset (x0, y0) in to the centre box, which keeps 3
+// or 4 pixels a side where the area has them: a smaller ellipse or diamond would leave
+// the centre pixel out.
 void ConcentricRun(TCanvas& c, TColor from, TColor to, int32_t colorSteps, TShape shape, int32_t x0,
                    int32_t y0, int32_t w, int32_t h) {
-    const int32_t mx = (w - 1) / 2;
-    const int32_t my = (h - 1) / 2;
+    const int32_t mx = std::max(0, (w - 3) / 2);
+    const int32_t my = std::max(0, (h - 3) / 2);
+    const int32_t cx = (w - 1) / 2;
+    const int32_t cy = (h - 1) / 2;
     const int32_t rings = std::max(mx - x0, my - y0);
     const int32_t n = std::max(1, std::min(colorSteps, rings));
     const TColorRamp ramp(from, to, n);
@@ -120,7 +124,7 @@ void ConcentricRun(TCanvas& c, TColor from, TColor to, int32_t colorSteps, TShap
                 c.Rectangle(ix, iy, r, b);
                 break;
             case TShape::Diamond: {
-                const TPoint pts[] = {{mx, iy}, {r - 1, my}, {mx, b - 1}, {ix, my}};
+                const TPoint pts[] = {{cx, iy}, {r - 1, cy}, {cx, b - 1}, {ix, cy}};
                 c.Polygon(pts);
                 break;
             }

@@ -32,10 +32,11 @@
 //    the outermost shape leaves, e.g. the corners outside an inscribed ellipse), then
 //    draw filled shapes (pen and brush in the step colour) on boxes (ix, iy, W - ix,
 //    H - iy) around the centre. The insets run from an outer (x0, y0) to the innermost
-//    (mx, my) = ((W-1) div 2, (H-1) div 2), a box of 1 or 2 pixels per side:
-//    ix = x0 + Round((mx - x0) * i / n), iy likewise. The number of steps is the number
-//    of colour steps (the largest component difference), but no more than the number of
-//    distinct insets max(mx - x0, my - y0), and at least 1.
+//    (mx, my) = (max(0, (W-3) div 2), max(0, (H-3) div 2)), a box of 3 or 4 pixels a
+//    side where the area has them (a smaller ellipse or diamond would miss the centre
+//    pixel): ix = x0 + Round((mx - x0) * i / n), iy likewise. The number of steps is the
+//    number of colour steps (the largest component difference), but no more than the
+//    number of distinct insets max(mx - x0, my - y0), and at least 1.
 //    gsElliptic1: Ellipse, x0 = y0 = 0: the outermost is the inscribed ellipse.
 //    gsElliptic2: Ellipse, x0 = -Round(W * (sqrt 2 - 1) / 2), y0 likewise: the outermost
 //      passes through the corners, so the corners are shaded too.
@@ -44,7 +45,8 @@
 //      the shapes stay round on a wide or tall area.
 //    gsRectangle: Rectangle, x0 = y0 = 0.
 //    gsDiamond1: Polygon through the box's edge midpoints, (cx, top), (right - 1, cy),
-//      (cx, bottom - 1), (left, cy) with (cx, cy) = (mx, my); x0 = y0 = 0.
+//      (cx, bottom - 1), (left, cy) with (cx, cy) = ((W-1) div 2, (H-1) div 2);
+//      x0 = y0 = 0.
 //    gsDiamond2: the same with x0 = -(W div 2), y0 = -(H div 2): the outermost diamond
 //      passes through the corners.
 //  - The diagonal styles draw 45-degree lines, one per diagonal of pixels, n = W + H - 2:

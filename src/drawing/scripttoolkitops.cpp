@@ -13,9 +13,10 @@ namespace kx {
 
 namespace {
 
-// A gradient is drawn through a temporary bitmap of its rectangle's size; this bound
-// keeps a script from asking for gigabytes.
-constexpr int64_t kMaxGradientPixels = int64_t(4096) * 4096;
+// The gradients draw a line or a shape per colour step over their whole area (and
+// KxGradFill through a temporary bitmap of that size): a side limit keeps a script's
+// run time and memory modest.
+constexpr int32_t kMaxGradientSide = 2048;
 
 constexpr const char* kLedShapes[] = {"sRound",     "sArrowLeft", "sArrowRight",  "sArrowUp",
                                       "sArrowDown", "sRectangle", "sDiamondLeft", "sDiamondRight"};
@@ -33,6 +34,15 @@ static_assert(std::size(kTextPositions) == size_t(toBotRight) + 1);
 
 TRect rectArgs(TScriptArgs& a, int first) {
     return TRect{a.Coord(first), a.Coord(first + 1), a.Coord(first + 2), a.Coord(first + 3)};
+}
+
+void checkGradientSize(TScriptArgs& a, const TRect& r) {
+    if (a.Ok() && (r.Width() > kMaxGradientSide || r.Height() > kMaxGradientSide))
+        a.Fail(QStringLiteral("%1: %2 x %3 is larger than %4 pixels a side")
+                   .arg(a.Op())
+                   .arg(r.Width())
+                   .arg(r.Height())
+                   .arg(kMaxGradientSide));
 }
 
 toPos posArg(TScriptArgs& a, int i) {
@@ -90,6 +100,7 @@ void opRoundSector(TScriptContext& ctx, TScriptArgs& a) {
 void opCircleGradFill(TScriptContext& ctx, TScriptArgs& a) {
     const TRect r = rectArgs(a, 0);
     const TColor from = a.Color(4), to = a.Color(5);
+    checkGradientSize(a, r);
     if (a.Ok()) KxCircleGradFill(ctx.Canvas(), r, from, to);
 }
 
@@ -97,10 +108,7 @@ void opGradFill(TScriptContext& ctx, TScriptArgs& a) {
     const TRect r = rectArgs(a, 0);
     const TColor from = a.Color(4), to = a.Color(5);
     const auto style = TGradientStyle(a.Choice(6, kGradientStyles, "gs"));
-    if (a.Ok() && int64_t(r.Width()) * r.Height() > kMaxGradientPixels)
-        a.Fail(QStringLiteral("KxGradFill: area %1 x %2 is larger than 4096 x 4096 pixels")
-                   .arg(r.Width())
-                   .arg(r.Height()));
+    checkGradientSize(a, r);
     if (a.Ok()) KxGradFill(ctx.Canvas(), r, from, to, style);
 }
 

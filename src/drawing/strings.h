@@ -23,7 +23,9 @@ QString KxRemoveSign(const QString& s, QChar ch);
 // Linear labels from max down to min in steps steps: for k = 0..steps the value
 // min + step * (steps - k), step = (max - min) / steps kept in single
 // precision, each formatted with FormatFloat(format, ...) and followed by ";".
-// steps < 0 gives "". steps = 0 gives the one label of min.
+// steps < 0 gives "". steps = 0 gives the one label of min. A step beyond the
+// single-precision range becomes infinite and the labels print as FormatFloat
+// prints infinities and NaN.
 QString KxRangeStr(double min, double max, int32_t steps, const QString& format);
 
 // Decade labels 10^e by exponent, e from minExp towards maxExp in increments of

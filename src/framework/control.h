@@ -20,8 +20,12 @@ class TKxControl : public QWidget, public TKxFlashClient {
     ~TKxControl() override;
 
     // The drawing surface's canvas, usable outside Paint too.
-    TCanvas& Canvas() { return surface_.Canvas(); }
+    TCanvas& Canvas() { return canvasOverride_ ? *canvasOverride_ : surface_.Canvas(); }
     const TBitmap& Surface() const { return surface_; }
+    // Draws through another canvas (not owned), e.g. a recording canvas aimed at
+    // SurfaceImage(); nullptr restores the surface's own canvas.
+    void SetCanvas(TCanvas* canvas) { canvasOverride_ = canvas; }
+    QImage& SurfaceImage() { return surface_.MutableImage(); }
 
     int32_t UpdateCount() const { return updateCount_; }
     void BeginUpdate() { ++updateCount_; }
@@ -82,6 +86,7 @@ class TKxControl : public QWidget, public TKxFlashClient {
     void surfaceTouched();
 
     TBitmap surface_;
+    TCanvas* canvasOverride_ = nullptr;
     int32_t updateCount_ = 0;
     bool loaded_ = false;
     bool designing_ = false;

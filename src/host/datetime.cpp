@@ -38,7 +38,9 @@ TSplit Split(TDateTime d) {
     return TSplit{d < 0 ? -days : days, total % kMSecsPerDay};
 }
 
-bool DayInRange(int64_t days) { return days >= kFirstDay && days <= kLastDay; }
+bool DayInRange(int64_t days) {
+    return days >= kFirstDay && days <= kLastDay;
+}
 
 }  // namespace
 

@@ -1,5 +1,10 @@
 #pragma once
 // TDateTime: days since 1899-12-30 as a double; the fraction is the time of day.
+// For negative values the fraction is still a positive distance from midnight:
+// -1.25 is 1899-12-29 06:00. Decoding rounds to whole milliseconds (a carry moves
+// to the next day), reads NaN and infinities as 0, and gives year, month and day 0
+// for dates outside 0001-01-01..9999-12-31 (DateTimeToQDateTime: an invalid
+// QDateTime). DateTimeFromQDateTime gives 0 for an invalid or out-of-range value.
 #include <QDateTime>
 #include <cstdint>
 

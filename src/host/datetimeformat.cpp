@@ -50,7 +50,7 @@ void AppendNumber(QString& out, int v, int width) {
 }
 
 class TDateWriter {
-public:
+  public:
     TDateWriter(const TParts& p, const TFormatSettings& fs) : p_(p), fs_(fs) {}
 
     void Write(const QString& f, int depth) {
@@ -74,7 +74,8 @@ public:
             }
             const char16_t lc = c.toLower().unicode();
             qsizetype n = 1;
-            while (i + n < f.size() && f[i + n].toLower() == c.toLower()) ++n;
+            while (i + n < f.size() && f[i + n].toLower() == c.toLower())
+                ++n;
             bool hour = false;
             switch (lc) {
                 case u'c':
@@ -139,7 +140,7 @@ public:
 
     const QString& Text() const { return out_; }
 
-private:
+  private:
     void Day(qsizetype n, int depth) {
         const int dow = p_.dayOfWeek - 1;
         const bool valid = p_.day > 0 && dow >= 0 && dow < 7;
@@ -200,10 +201,16 @@ QString FormatDateTime(const QString& format, TDateTime dt) {
     return FormatDateTime(format, dt, FormatSettings());
 }
 
-QString DateToStr(TDateTime dt) { return FormatDateTime(QStringLiteral("ddddd"), dt); }
+QString DateToStr(TDateTime dt) {
+    return FormatDateTime(QStringLiteral("ddddd"), dt);
+}
 
-QString TimeToStr(TDateTime dt) { return FormatDateTime(QStringLiteral("tt"), dt); }
+QString TimeToStr(TDateTime dt) {
+    return FormatDateTime(QStringLiteral("tt"), dt);
+}
 
-QString DateTimeToStr(TDateTime dt) { return FormatDateTime(QStringLiteral("c"), dt); }
+QString DateTimeToStr(TDateTime dt) {
+    return FormatDateTime(QStringLiteral("c"), dt);
+}
 
 }  // namespace kx

@@ -10,7 +10,8 @@ constexpr double kPow10[19] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1
                                1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
 
 void StripTrailingZeros(TDecimalDigits& v) {
-    while (v.count > 0 && v.d[v.count - 1] == '0') --v.count;
+    while (v.count > 0 && v.d[v.count - 1] == '0')
+        --v.count;
 }
 
 }  // namespace
@@ -26,11 +27,13 @@ TDecimalDigits DecimalDigitsOf(double value) {
     const char* p = buf;
     r.d[0] = *p++;
     ++p;  // '.'
-    for (int i = 1; i < 17; ++i) r.d[i] = *p++;
+    for (int i = 1; i < 17; ++i)
+        r.d[i] = *p++;
     ++p;  // 'e'
     const bool negExp = *p++ == '-';
     int x = 0;
-    while (p < res.ptr) x = x * 10 + (*p++ - '0');
+    while (p < res.ptr)
+        x = x * 10 + (*p++ - '0');
     r.count = 17;
     r.exp = (negExp ? -x : x) + 1;
     StripTrailingZeros(r);
@@ -47,7 +50,8 @@ void RoundDigits(TDecimalDigits& v, int keep) {
     int n = keep;
     if (up) {
         int i = n - 1;
-        while (i >= 0 && v.d[i] == '9') --i;
+        while (i >= 0 && v.d[i] == '9')
+            --i;
         if (i < 0) {
             // All kept digits were nines (or none were kept): one unit of the next place.
             v.d[0] = '1';
@@ -81,7 +85,8 @@ TDecimalDigits FixedDigitsOf(double value, int fraction) {
                     tmp[len++] = char('0' + k % 10);
                     k /= 10;
                 }
-                for (int i = 0; i < len; ++i) r.d[i] = tmp[len - 1 - i];
+                for (int i = 0; i < len; ++i)
+                    r.d[i] = tmp[len - 1 - i];
                 r.count = len;
                 r.exp = len - fraction;
                 StripTrailingZeros(r);

@@ -29,7 +29,9 @@ TDecimalDigits DecimalDigitsOf(double value);
 // digit of 5 or more, one unit of the next higher place).
 void RoundDigits(TDecimalDigits& v, int keep);
 // Rounds so that no digit below 10^-fraction remains.
-inline void RoundFixed(TDecimalDigits& v, int fraction) { RoundDigits(v, v.exp + fraction); }
+inline void RoundFixed(TDecimalDigits& v, int fraction) {
+    RoundDigits(v, v.exp + fraction);
+}
 
 // The digits of |value| rounded to `fraction` decimals, as RoundFixed(DecimalDigitsOf)
 // would give them, computed without a string conversion when the binary value is

@@ -12,7 +12,9 @@
 namespace kx {
 namespace {
 
-QString Ascii(const char* s, int n) { return QString::fromLatin1(s, n); }
+QString Ascii(const char* s, int n) {
+    return QString::fromLatin1(s, n);
+}
 
 // Digits of u in the given base, upper-case, at least minDigits long.
 QString UnsignedText(uint64_t u, unsigned base, int minDigits) {
@@ -23,12 +25,15 @@ QString UnsignedText(uint64_t u, unsigned base, int minDigits) {
         u /= base;
     } while (u > 0);
     minDigits = std::clamp(minDigits, 0, 64);
-    while (len < minDigits) tmp[len++] = '0';
+    while (len < minDigits)
+        tmp[len++] = '0';
     std::reverse(tmp, tmp + len);
     return Ascii(tmp, len);
 }
 
-uint64_t Magnitude(int64_t v) { return v < 0 ? 0 - uint64_t(v) : uint64_t(v); }
+uint64_t Magnitude(int64_t v) {
+    return v < 0 ? 0 - uint64_t(v) : uint64_t(v);
+}
 
 // Fixed notation with `decimals` decimals through a cached picture.
 QString FixedText(double value, int decimals, bool group) {
@@ -66,7 +71,7 @@ struct TDirective {
 };
 
 class TFormatter {
-public:
+  public:
     TFormatter(const QString& fmt, std::initializer_list<TFormatArg> args)
         : fmt_(fmt), args_(args.begin()), count_(int(args.size())) {}
 
@@ -84,7 +89,7 @@ public:
         return out_;
     }
 
-private:
+  private:
     // Handles the directive at fmt_[start] == '%'; returns the position after it.
     qsizetype Directive(qsizetype start) {
         qsizetype i = start + 1;
@@ -172,8 +177,8 @@ private:
                 break;
             case u'g':
                 if (a.Kind() != K::Float) return false;
-                text = FormatGeneral(a.Float(), d.precision < 0 ? 15 : d.precision,
-                                     FormatSettings());
+                text =
+                    FormatGeneral(a.Float(), d.precision < 0 ? 15 : d.precision, FormatSettings());
                 break;
             case u's':
                 if (a.Kind() != K::String) return false;
@@ -201,7 +206,9 @@ QString Format(const QString& fmt, std::initializer_list<TFormatArg> args) {
     return TFormatter(fmt, args).Run();
 }
 
-QString FloatToStr(double value) { return FormatGeneral(value, 15, FormatSettings()); }
+QString FloatToStr(double value) {
+    return FormatGeneral(value, 15, FormatSettings());
+}
 
 QString IntToStr(int64_t value) {
     QString text = UnsignedText(Magnitude(value), 10, 0);
@@ -209,7 +216,9 @@ QString IntToStr(int64_t value) {
     return text;
 }
 
-QString IntToHex(int64_t value, int digits) { return UnsignedText(uint64_t(value), 16, digits); }
+QString IntToHex(int64_t value, int digits) {
+    return UnsignedText(uint64_t(value), 16, digits);
+}
 
 bool TryStrToFloat(const QString& s, double& value) {
     const QString t = s.trimmed();
@@ -276,7 +285,9 @@ bool TryStrToFloat(const QString& s, double& value) {
     return true;
 }
 
-double StrToFloat(const QString& s) { return StrToFloatDef(s, 0.0); }
+double StrToFloat(const QString& s) {
+    return StrToFloatDef(s, 0.0);
+}
 
 double StrToFloatDef(const QString& s, double def) {
     double v = def;

@@ -9,11 +9,11 @@ namespace kx {
 
 // One argument of Format: an integer, a floating-point number or a text.
 class TFormatArg {
-public:
+  public:
     enum class TKind : uint8_t { Int, Float, String };
 
     TFormatArg(int v) : kind_(TKind::Int), int_(v), narrow_(true) {}
-    TFormatArg(unsigned v) : kind_(TKind::Int), int_(int32_t(v)), narrow_(true) {}
+    TFormatArg(unsigned v) : kind_(TKind::Int), int_(int64_t(v)), narrow_(true) {}
     TFormatArg(long v) : kind_(TKind::Int), int_(v) {}
     TFormatArg(long long v) : kind_(TKind::Int), int_(v) {}
     TFormatArg(unsigned long v) : kind_(TKind::Int), int_(int64_t(v)) {}
@@ -34,7 +34,7 @@ public:
     double Float() const { return float_; }
     const QString& String() const { return string_; }
 
-private:
+  private:
     TKind kind_;
     int64_t int_ = 0;
     bool narrow_ = false;

@@ -36,8 +36,10 @@ char16_t* WriteExponentDigits(char16_t* o, int e, int minDigits) {
         tmp[len++] = char('0' + u % 10);
         u /= 10;
     } while (u > 0);
-    for (int i = len; i < minDigits; ++i) *o++ = u'0';
-    while (len > 0) *o++ = char16_t(tmp[--len]);
+    for (int i = len; i < minDigits; ++i)
+        *o++ = u'0';
+    while (len > 0)
+        *o++ = char16_t(tmp[--len]);
     return o;
 }
 
@@ -114,7 +116,8 @@ TFloatPicture::TSection TFloatPicture::Parse(const QString& format, qsizetype be
         const char16_t c = format[i].unicode();
         if (c == u'\'' || c == u'"') {
             qsizetype j = i + 1;
-            while (j < end && format[j].unicode() != c) literal(format[j++].unicode());
+            while (j < end && format[j].unicode() != c)
+                literal(format[j++].unicode());
             i = j + 1;
             continue;
         }
@@ -185,8 +188,7 @@ TFloatPicture::TSection TFloatPicture::Parse(const QString& format, qsizetype be
 
     // Sign, literals, placeholders with a separator each, point, up to 19 integer
     // digits beyond the placeholders with their separators, exponent.
-    s.maxLength = 1 + int(s.text.size()) + 2 * s.intCount + s.fracCount + 1 + 28 + s.expDigits +
-                  16;
+    s.maxLength = 1 + int(s.text.size()) + 2 * s.intCount + s.fracCount + 1 + 28 + s.expDigits + 16;
     return s;
 }
 
@@ -224,7 +226,8 @@ int TFloatPicture::Emit(const TSection& s, const TDecimalDigits& v, bool minus,
         if (groupSep != u'\0' && place > 0 && place % 3 == 0) *o++ = groupSep;
     };
     auto emitAllInt = [&] {
-        for (int p = nInt - 1; p >= 0; --p) emitInt(p);
+        for (int p = nInt - 1; p >= 0; --p)
+            emitInt(p);
     };
 
     for (const TToken& t : s.tokens) {
@@ -236,7 +239,8 @@ int TFloatPicture::Emit(const TSection& s, const TDecimalDigits& v, bool minus,
             case TKind::IntDigit: {
                 const int place = places - 1 - t.a;
                 if (t.a == 0)
-                    for (int q = nInt - 1; q > place; --q) emitInt(q);
+                    for (int q = nInt - 1; q > place; --q)
+                        emitInt(q);
                 if (place < nInt) emitInt(place);
                 break;
             }
@@ -286,8 +290,7 @@ int TFloatPicture::FormatFull(char16_t* out, double value, const TFormatSettings
     return Emit(*s, d, minus, fs, out);
 }
 
-int TFloatPicture::FormatTo(char16_t* out, int cap, double value,
-                            const TFormatSettings& fs) const {
+int TFloatPicture::FormatTo(char16_t* out, int cap, double value, const TFormatSettings& fs) const {
     if (cap >= maxLength_) return FormatFull(out, value, fs);
     std::u16string tmp(size_t(maxLength_), u'\0');
     const int n = FormatFull(tmp.data(), value, fs);
@@ -331,7 +334,8 @@ int FormatGeneralTo(char16_t* out, double value, int precision, const TFormatSet
         *o++ = char16_t(d.d[0]);
         if (d.count > 1) {
             *o++ = point;
-            for (int i = 1; i < d.count; ++i) *o++ = char16_t(d.d[i]);
+            for (int i = 1; i < d.count; ++i)
+                *o++ = char16_t(d.d[i]);
         }
         *o++ = u'E';
         const int e = d.exp - 1;
@@ -342,14 +346,18 @@ int FormatGeneralTo(char16_t* out, double value, int precision, const TFormatSet
     if (d.exp <= 0) {
         *o++ = u'0';
         *o++ = point;
-        for (int i = d.exp; i < 0; ++i) *o++ = u'0';
-        for (int i = 0; i < d.count; ++i) *o++ = char16_t(d.d[i]);
+        for (int i = d.exp; i < 0; ++i)
+            *o++ = u'0';
+        for (int i = 0; i < d.count; ++i)
+            *o++ = char16_t(d.d[i]);
         return int(o - out);
     }
-    for (int i = 0; i < d.exp; ++i) *o++ = i < d.count ? char16_t(d.d[i]) : u'0';
+    for (int i = 0; i < d.exp; ++i)
+        *o++ = i < d.count ? char16_t(d.d[i]) : u'0';
     if (d.count > d.exp) {
         *o++ = point;
-        for (int i = d.exp; i < d.count; ++i) *o++ = char16_t(d.d[i]);
+        for (int i = d.exp; i < d.count; ++i)
+            *o++ = char16_t(d.d[i]);
     }
     return int(o - out);
 }

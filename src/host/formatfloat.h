@@ -38,7 +38,7 @@ namespace kx {
 
 // A picture parsed once; formatting with it allocates only the resulting QString.
 class TFloatPicture {
-public:
+  public:
     TFloatPicture() = default;  // the general format
     explicit TFloatPicture(const QString& format);
 
@@ -50,7 +50,7 @@ public:
     // An upper bound of the length of any text this picture produces.
     int MaxLength() const { return maxLength_; }
 
-private:
+  private:
     enum class TKind : uint8_t { Literal, IntDigit, FracDigit, Point, Exponent, Comma };
     struct TToken {
         TKind kind;

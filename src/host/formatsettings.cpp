@@ -6,7 +6,8 @@ namespace {
 // Number of times ch repeats from position i.
 qsizetype RunLength(const QString& s, qsizetype i) {
     qsizetype n = 1;
-    while (i + n < s.size() && s[i + n] == s[i]) ++n;
+    while (i + n < s.size() && s[i + n] == s[i])
+        ++n;
     return n;
 }
 
@@ -44,7 +45,9 @@ QChar FirstSeparator(const QString& qtFormat, QChar fallback) {
     return fallback;
 }
 
-QChar SingleChar(const QString& s, QChar fallback) { return s.size() == 1 ? s[0] : fallback; }
+QChar SingleChar(const QString& s, QChar fallback) {
+    return s.size() == 1 ? s[0] : fallback;
+}
 
 }  // namespace
 
@@ -195,6 +198,8 @@ TFormatSettings& FormatSettings() {
     return settings;
 }
 
-void SetFormatSettings(const TFormatSettings& settings) { FormatSettings() = settings; }
+void SetFormatSettings(const TFormatSettings& settings) {
+    FormatSettings() = settings;
+}
 
 }  // namespace kx

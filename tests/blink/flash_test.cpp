@@ -86,20 +86,6 @@ INSTANTIATE_TEST_SUITE_P(
                                [](TKxFlash& f, auto& handler) { f.SetOnTimer(handler); }, 40}),
     [](const auto& info) { return std::string(info.param.Name); });
 
-TEST_F(TKxFlashTest, HandlerStaysQuietWhileDisabledEvenIfTheSourceFires) {
-    struct TExposed : TKxFlash {
-        using TKxFlash::Timer;
-    } flash;
-    int calls = 0;
-    flash.SetOnTimer([&](QObject*) { ++calls; });
-    flash.SetEnabled(false);
-    flash.Timer();
-    EXPECT_EQ(calls, 0);
-    flash.SetEnabled(true);
-    flash.Timer();
-    EXPECT_EQ(calls, 1);
-}
-
 TEST_F(TKxFlashTest, OnlyRealChangesRestartTheTicks) {
     TKxFlash flash;
     int first = 0, second = 0;

@@ -37,14 +37,6 @@ TEST_P(SquareWaveTest, SubscribersWithTheSameCodeAreInPhaseAndHearOnlyChanges) {
 INSTANTIATE_TEST_SUITE_P(AllFrequencies, SquareWaveTest,
                          ::testing::Values(ff8Hz, ff4Hz, ff2Hz, ff1Hz, ff05Hz));
 
-TEST_F(FlashServiceTest, Code2NotifiesEveryFourthTickAlternatingOneAndZero) {
-    Log log;
-    TLoggingClient a("a", log);
-    AddControl(&a, 2);
-    Ticks(16);
-    EXPECT_EQ(log, (Log{{"a", 4, 1}, {"a", 8, 0}, {"a", 12, 1}, {"a", 16, 0}}));
-}
-
 TEST_F(FlashServiceTest, TickCounterWrapsToZero) {
     Log log;
     TLoggingClient a("a", log);
@@ -94,18 +86,6 @@ TEST_F(FlashServiceTest, ProceduresAreCalledWithCounterAndStateAsInt32) {
     EXPECT_TRUE(FlashList().empty());
 }
 
-TEST_F(FlashServiceTest, ControlTakesPrecedenceOverProcedureInOneEntry) {
-    static int procCalls = 0;
-    procCalls = 0;
-    Log log;
-    TLoggingClient a("a", log);
-    AddControl(&a, 2);
-    FlashList()[0]->FlashProc = [](int32_t, int32_t) { ++procCalls; };
-    Ticks(4);
-    EXPECT_EQ(log.size(), 1u);
-    EXPECT_EQ(procCalls, 0);
-}
-
 TEST_F(FlashServiceTest, DeletionByIndexIgnoresIndicesOutsideTheList) {
     Log log;
     TLoggingClient a("a", log), b("b", log);
@@ -136,13 +116,6 @@ TEST_F(FlashServiceTest, DelControlRemovesOnlyThatControl) {
     ASSERT_EQ(FlashList().size(), 2u);
     EXPECT_EQ(FlashList()[0]->FlashProc, proc);
     EXPECT_EQ(FlashList()[1]->Control, &b);
-}
-
-TEST_F(FlashServiceTest, NullSubscribersAreIgnored) {
-    AddControl(nullptr, 2);
-    AddProc(nullptr, 2);
-    EXPECT_TRUE(FlashList().empty());
-    EXPECT_EQ(FlashTimerInstance(), nullptr);
 }
 
 TEST_F(FlashServiceTest, CapacityGrowsByTenKeepingTwoSpareSlots) {
@@ -221,31 +194,6 @@ INSTANTIATE_TEST_SUITE_P(
                       // A 32-bit difference beyond 2^31 reads as negative lateness.
                       IntervalCase{"LateBeyondHalfRange", 0x90000000LL, true, 0, 100}),
     [](const auto& info) { return std::string(info.param.Name); });
-
-TEST_F(FlashServiceTest, IntervalPhaseFollowsTheAbsorbedLateness) {
-    Log log;
-    TLoggingClient a("a", log);
-    FakeClock().SetTicks(1000);
-    AddControl(&a, 100);
-    const std::vector<std::pair<uint32_t, bool>> steps = {
-        {1130, true},   // 30 late: next due 1200
-        {1199, false},  //
-        {1200, true},   // on time: next due 1300
-        {2800, true},   // 1500 late: restart, next due 2900
-        {2899, false},  //
-        {2905, true},   // 5 late: next due 3000
-    };
-    std::vector<intptr_t> lParams;
-    for (const auto& [ticks, pulse] : steps) {
-        const size_t before = log.size();
-        FakeClock().SetTicks(ticks);
-        RunFlashTick();
-        EXPECT_EQ(log.size() - before, pulse ? 1u : 0u) << "at " << ticks;
-        if (pulse && !log.empty()) lParams.push_back(log.back().LParam);
-    }
-    EXPECT_EQ(lParams, (std::vector<intptr_t>{30, 0, 0, 5}));
-    EXPECT_EQ(FlashList()[0]->NextPulseTime, 3000);
-}
 
 // ---- Second pulses -------------------------------------------------------------
 

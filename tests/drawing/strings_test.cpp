@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <QStringList>
 #include <climits>
 #include <string>
 
@@ -27,14 +26,6 @@ TEST(Strings, StrTokenSplitsAtTheFirstSeparator) {
         EXPECT_EQ(S(KxStrToken(s, ';')), S(c.token)) << c.text.toStdString();
         EXPECT_EQ(S(s), S(c.rest)) << c.text.toStdString();
     }
-}
-
-TEST(Strings, StrTokenWalksALabelList) {
-    QString list = "100;75;50;";
-    QStringList tokens;
-    while (!list.isEmpty())
-        tokens << KxStrToken(list, ';');
-    EXPECT_EQ(tokens, (QStringList{"100", "75", "50"}));
 }
 
 TEST(Strings, CharCountAndRemoveSign) {

@@ -34,12 +34,10 @@ TEST(DateTime, EncodeDate) {
         double expected;
     };
     const TCase cases[] = {
-        {1899, 12, 30, true, 0.0},       {1900, 1, 1, true, 2.0},
-        {2023, 3, 15, true, 45000.0},    {1, 1, 1, true, -693593.0},
-        {9999, 12, 31, true, 2958465.0}, {2024, 2, 29, true, 45351.0},
-        {1899, 12, 29, true, -1.0},      {2023, 2, 29, false, 0.0},
-        {0, 1, 1, false, 0.0},           {10000, 1, 1, false, 0.0},
-        {2023, 13, 1, false, 0.0},       {2023, 1, 0, false, 0.0},
+        {1899, 12, 30, true, 0.0},  {1900, 1, 1, true, 2.0},         {2023, 3, 15, true, 45000.0},
+        {1, 1, 1, true, -693593.0}, {9999, 12, 31, true, 2958465.0}, {2024, 2, 29, true, 45351.0},
+        {1899, 12, 29, true, -1.0}, {2023, 2, 29, false, 0.0},       {0, 1, 1, false, 0.0},
+        {10000, 1, 1, false, 0.0},  {2023, 13, 1, false, 0.0},       {2023, 1, 0, false, 0.0},
         {-5, 1, 1, false, 0.0},
     };
     for (const TCase& c : cases) {
@@ -55,9 +53,9 @@ TEST(DateTime, EncodeTime) {
     EXPECT_EQ(EncodeTime(6, 0, 0, 0), 0.25);
     EXPECT_EQ(EncodeTime(0, 0, 0, 0), 0.0);
     EXPECT_DOUBLE_EQ(EncodeTime(23, 59, 59, 999), 86399999.0 / 86400000.0);
-    for (auto [h, m, s, ms] : {std::array{24, 0, 0, 0}, std::array{0, 60, 0, 0},
-                               std::array{0, 0, 60, 0}, std::array{0, 0, 0, 1000},
-                               std::array{-1, 0, 0, 0}, std::array{0, 0, 0, -1}}) {
+    for (auto [h, m, s, ms] :
+         {std::array{24, 0, 0, 0}, std::array{0, 60, 0, 0}, std::array{0, 0, 60, 0},
+          std::array{0, 0, 0, 1000}, std::array{-1, 0, 0, 0}, std::array{0, 0, 0, -1}}) {
         TDateTime out = 7.0;
         EXPECT_FALSE(TryEncodeTime(h, m, s, ms, out));
         EXPECT_EQ(out, 7.0);
@@ -90,23 +88,25 @@ TEST(DateTime, Decode) {
         {inf, {1899, 12, 30, 0, 0, 0, 0}},
         {-inf, {1899, 12, 30, 0, 0, 0, 0}},
     };
-    for (const TCase& c : cases) EXPECT_EQ(DecodeAll(c.value), c.expected) << c.value;
+    for (const TCase& c : cases)
+        EXPECT_EQ(DecodeAll(c.value), c.expected) << c.value;
 }
 
 TEST(DateTime, EncodeDecodeRoundTrip) {
     for (int y : {1, 1600, 1899, 1900, 2000, 2023, 9999}) {
         for (int m = 1; m <= 12; ++m) {
-            const TDateTime d = EncodeDate(y, m, 28) + (y < 1900 ? -1 : 1) * EncodeTime(7, 8, 9, 10);
+            const TDateTime d =
+                EncodeDate(y, m, 28) + (y < 1900 ? -1 : 1) * EncodeTime(7, 8, 9, 10);
             EXPECT_EQ(DecodeAll(d), (TDecoded{y, m, 28, 7, 8, 9, 10})) << d;
         }
     }
 }
 
 TEST(DateTime, DayOfWeek) {
-    EXPECT_EQ(DayOfWeek(0.0), 7);              // Saturday
-    EXPECT_EQ(DayOfWeek(45000.0), 4);          // Wednesday 2023-03-15
+    EXPECT_EQ(DayOfWeek(0.0), 7);      // Saturday
+    EXPECT_EQ(DayOfWeek(45000.0), 4);  // Wednesday 2023-03-15
     EXPECT_EQ(DayOfWeek(45000.99), 4);
-    EXPECT_EQ(DayOfWeek(-1.0), 6);             // Friday 1899-12-29
+    EXPECT_EQ(DayOfWeek(-1.0), 6);  // Friday 1899-12-29
     EXPECT_EQ(DayOfWeek(-1.75), 6);
     EXPECT_EQ(DayOfWeek(EncodeDate(1, 1, 1)), 2);  // Monday
     EXPECT_EQ(DayOfWeek(EncodeDate(2023, 3, 5)), 1);
@@ -155,7 +155,7 @@ TEST(FormatDateTime, Specifiers) {
         {"h:n:s", kSample, "14:7:9"},
         {"hh:nn:ss.zzz", kSample, "14:07:09.045"},
         {"z", kSample, "45"},
-        {"h:mm", kSample, "14:07"},     // m after h is the minute
+        {"h:mm", kSample, "14:07"},  // m after h is the minute
         {"hh mm", kSample, "14 07"},
         {"hh:mm:ss", kSample, "14:07:09"},
         {"m h", kSample, "3 14"},
@@ -271,16 +271,20 @@ TEST(FormatSettings, FromLocaleMatchesQt) {
     const QTime time(14, 7, 9);
     const TDateTime dt = DateTimeFromQDateTime(QDateTime(date, time));
     for (const QLocale& locale :
-         {QLocale(QLocale::English, QLocale::UnitedStates), QLocale(QLocale::German, QLocale::Germany),
-          QLocale(QLocale::French, QLocale::France), QLocale(QLocale::Japanese, QLocale::Japan),
-          QLocale(QLocale::Finnish, QLocale::Finland), QLocale::c()}) {
+         {QLocale(QLocale::English, QLocale::UnitedStates),
+          QLocale(QLocale::German, QLocale::Germany), QLocale(QLocale::French, QLocale::France),
+          QLocale(QLocale::Japanese, QLocale::Japan), QLocale(QLocale::Finnish, QLocale::Finland),
+          QLocale::c()}) {
         const TFormatSettings fs = FormatSettingsFromLocale(locale);
         const QString name = locale.name();
-        EXPECT_EQ(FormatDateTime(fs.ShortDateFormat, dt, fs), locale.toString(date, QLocale::ShortFormat))
+        EXPECT_EQ(FormatDateTime(fs.ShortDateFormat, dt, fs),
+                  locale.toString(date, QLocale::ShortFormat))
             << name.toStdString();
-        EXPECT_EQ(FormatDateTime(fs.LongDateFormat, dt, fs), locale.toString(date, QLocale::LongFormat))
+        EXPECT_EQ(FormatDateTime(fs.LongDateFormat, dt, fs),
+                  locale.toString(date, QLocale::LongFormat))
             << name.toStdString();
-        EXPECT_EQ(FormatDateTime(fs.ShortTimeFormat, dt, fs), locale.toString(time, QLocale::ShortFormat))
+        EXPECT_EQ(FormatDateTime(fs.ShortTimeFormat, dt, fs),
+                  locale.toString(time, QLocale::ShortFormat))
             << name.toStdString();
         EXPECT_EQ(fs.DecimalSeparator, locale.decimalPoint().at(0)) << name.toStdString();
     }

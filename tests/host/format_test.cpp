@@ -30,10 +30,12 @@ TEST(Format, IntegerDirectives) {
     EXPECT_EQ(Format("%x", {-1}), "FFFFFFFF");
     EXPECT_EQ(Format("%x", {minusOne64}), "FFFFFFFFFFFFFFFF");
     EXPECT_EQ(Format("%D", {3}), "3");
+    EXPECT_EQ(Format("%d %x %u", {4294967295u, 4294967295u, 4294967295u}),
+              "4294967295 FFFFFFFF 4294967295");
 }
 
 TEST(Format, FloatDirectives) {
-    EXPECT_EQ(Format("%f", {1.005}), "1.00");  // 1.00499999999999989
+    EXPECT_EQ(Format("%f", {1.005}), "1.00");    // 1.00499999999999989
     EXPECT_EQ(Format("%.2f", {2.345}), "2.35");  // 2.3450000000000002
     EXPECT_EQ(Format("%.0f", {2.5}), "3");
     EXPECT_EQ(Format("%.3f", {-0.0001}), "0.000");
@@ -109,7 +111,8 @@ TEST(Format, NeverCrashesOnRandomText) {
     for (int i = 0; i < 20000; ++i) {
         QString fmt;
         const int n = length(rng);
-        for (int k = 0; k < n; ++k) fmt += QLatin1Char(alphabet[pick(rng)]);
+        for (int k = 0; k < n; ++k)
+            fmt += QLatin1Char(alphabet[pick(rng)]);
         const QString text = Format(fmt, {3, -2.5, "s", 7});
         ASSERT_FALSE(text.isNull() && !fmt.isEmpty()) << fmt.toStdString();
     }
@@ -142,7 +145,8 @@ TEST(FloatToStr, GeneralFormat) {
         {std::numeric_limits<double>::quiet_NaN(), "NAN"},
         {std::numeric_limits<double>::infinity(), "INF"},
     };
-    for (const TCase& c : cases) EXPECT_EQ(FloatToStr(c.value), c.expected) << c.value;
+    for (const TCase& c : cases)
+        EXPECT_EQ(FloatToStr(c.value), c.expected) << c.value;
 }
 
 TEST(IntToStr, Values) {
@@ -167,9 +171,10 @@ TEST(StrToFloat, AcceptedText) {
         double expected;
     };
     const TCase cases[] = {
-        {"1e5", 100000.0},  {"1e-3", 0.001},  {" 2.5 ", 2.5},   {"-1.5", -1.5},
-        {"+3", 3.0},        {".5", 0.5},      {"5.", 5.0},      {"1E+2", 100.0},
-        {"0.1", 0.1},       {"-0", -0.0},     {"1e-400", 0.0},  {"\t7\n", 7.0},
+        {"1e5", 100000.0},    {"1e-3", 0.001}, {" 2.5 ", 2.5},
+        {"-1.5", -1.5},       {"+3", 3.0},     {".5", 0.5},
+        {"5.", 5.0},          {"1E+2", 100.0}, {"0.1", 0.1},
+        {"-0", -0.0},         {"1e-400", 0.0}, {"\t7\n", 7.0},
         {"4.9e-324", 5e-324}, {"00012", 12.0}, {"1.7976931348623157e308", DBL_MAX},
     };
     for (const TCase& c : cases) {

@@ -36,7 +36,7 @@ TEST(FormatFloat, RoundsHalfAwayOnSeventeenDigits) {
             {"0", 2.5, u"3"},
             {"0", -2.5, u"-3"},
             {"0", 0.49999999999999994, u"0"},
-            {"0.00", 1.015, u"1.01"},           // 1.0149999999999999
+            {"0.00", 1.015, u"1.01"},            // 1.0149999999999999
             {"0.00", 123456.015, u"123456.02"},  // 123456.01500000000
             {"0.0", 0.05, u"0.1"},               // 0.050000000000000003
             {"0.0", 0.25, u"0.3"},
@@ -90,8 +90,8 @@ TEST(FormatFloat, ThousandsGrouping) {
             {"#,##0.00", -1234.5, u"-1,234.50"},
             {"0,000", 12, u"0,012"},
             {"#,#", 1234, u"1,234"},
-            {"0,", 5, u"5,"},       // after the last placeholder: text
-            {",0", 5, u",5"},       // before the first: text
+            {"0,", 5, u"5,"},          // after the last placeholder: text
+            {",0", 5, u",5"},          // before the first: text
             {"0.0,0", 1.5, u"1.5,0"},  // in the fraction: text
         },
         DefaultFormatSettings());
@@ -135,7 +135,7 @@ TEST(FormatFloat, Sections) {
             {"0;(0);", 0, u"0"},
             {"0;(0);zero;extra", 0, u"zero"},
             {"0;(0);zero;extra", -1, u"(1)"},
-            {";(0)", 2.5, u"2.5"},   // empty first section: general format
+            {";(0)", 2.5, u"2.5"},  // empty first section: general format
             {";(0)", -2.5, u"(3)"},
             {"0;'neg'", -7, u"neg"},
         },
@@ -268,13 +268,14 @@ TEST(FormatFloat, NeverCrashesOnRandomPictures) {
     const char16_t alphabet[] = u"0#.,;'\"Ee+- %a\u00B0\u20AC0#0#.E";
     std::uniform_int_distribution<int> pick(0, int(std::size(alphabet)) - 2);
     std::uniform_int_distribution<int> length(0, 24);
-    const double values[] = {0.0,  -0.0, 1.5,   -1.5,   123456.789, -0.0004, 1e17,  1e-300,
-                             1e30, kNaN, -kInf, DBL_MAX, 5e-324,   999.5,   -99.95};
+    const double values[] = {0.0,  -0.0, 1.5,   -1.5,    123456.789, -0.0004, 1e17,  1e-300,
+                             1e30, kNaN, -kInf, DBL_MAX, 5e-324,     999.5,   -99.95};
     TFormatSettings fs = DefaultFormatSettings();
     for (int i = 0; i < 20000; ++i) {
         QString picture;
         const int n = length(rng);
-        for (int k = 0; k < n; ++k) picture += QChar(alphabet[pick(rng)]);
+        for (int k = 0; k < n; ++k)
+            picture += QChar(alphabet[pick(rng)]);
         const TFloatPicture p(picture);
         for (double v : values) {
             const QString text = p.Format(v, fs);
@@ -282,8 +283,8 @@ TEST(FormatFloat, NeverCrashesOnRandomPictures) {
         }
     }
     // Long runs of placeholders and exponent digits.
-    const QString longPicture = QString(300, u'0') + u'.' + QString(300, u'#') + QStringLiteral("E+") +
-                                QString(50, u'0');
+    const QString longPicture =
+        QString(300, u'0') + u'.' + QString(300, u'#') + QStringLiteral("E+") + QString(50, u'0');
     EXPECT_EQ(FormatFloat(longPicture, 1.0, fs).size(), 300 + 2 + 50);
     EXPECT_EQ(FormatFloat(QString(400, u','), 12.0, fs), QString(400, u','));
 }

@@ -1,0 +1,72 @@
+#include "framework/sectorsettings.h"
+
+#include "framework/setfield.h"
+
+namespace kx {
+
+void TSectorSettings::SetSector1Color(TColor v) {
+    SetField(*this, sector1Color_, v);
+}
+void TSectorSettings::SetSector1From(int32_t v) {
+    SetField(*this, sector1From_, v);
+}
+void TSectorSettings::SetSector1To(int32_t v) {
+    SetField(*this, sector1To_, v);
+}
+void TSectorSettings::SetSector2Color(TColor v) {
+    SetField(*this, sector2Color_, v);
+}
+void TSectorSettings::SetSector2From(int32_t v) {
+    SetField(*this, sector2From_, v);
+}
+void TSectorSettings::SetSector2To(int32_t v) {
+    SetField(*this, sector2To_, v);
+}
+void TSectorSettings::SetSector3Color(TColor v) {
+    SetField(*this, sector3Color_, v);
+}
+void TSectorSettings::SetSector3From(int32_t v) {
+    SetField(*this, sector3From_, v);
+}
+void TSectorSettings::SetSector3To(int32_t v) {
+    SetField(*this, sector3To_, v);
+}
+void TSectorSettings::SetOffset(int32_t v) {
+    SetField(*this, offset_, v);
+}
+void TSectorSettings::SetWidthOffset(int32_t v) {
+    SetField(*this, widthOffset_, v);
+}
+
+bool TSectorSettings::CheckSectorColor(int32_t ppt, TColor& color) const {
+    bool found = false;
+    if (sector1From_ <= ppt && ppt <= sector1To_) {
+        color = sector1Color_;
+        found = true;
+    }
+    if (sector2From_ <= ppt && ppt <= sector2To_) {
+        color = sector2Color_;
+        found = true;
+    }
+    if (sector3From_ <= ppt && ppt <= sector3To_) {
+        color = sector3Color_;
+        found = true;
+    }
+    return found;
+}
+
+void TSectorSettings::AssignTo(TKxPersistent* dest) const {
+    auto* d = qobject_cast<TSectorSettings*>(dest);
+    if (!d) return TKxPersistent::AssignTo(dest);
+    d->SetSector1Color(sector1Color_);
+    d->SetSector2Color(sector2Color_);
+    d->SetSector3Color(sector3Color_);
+    d->SetSector1From(sector1From_);
+    d->SetSector2From(sector2From_);
+    d->SetSector3From(sector3From_);
+    d->SetSector1To(sector1To_);
+    d->SetSector2To(sector2To_);
+    d->SetSector3To(sector3To_);
+}
+
+}  // namespace kx

@@ -1,0 +1,240 @@
+#include <gtest/gtest.h>
+
+#include <QMetaProperty>
+#include <climits>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <vector>
+
+#include "framework/customscale.h"
+#include "framework/rscale.h"
+
+namespace kx {
+namespace {
+
+bool HasProperty(const QObject& o, const char* name) {
+    return o.metaObject()->indexOfProperty(name) >= 0;
+}
+
+TEST(CustomScale, Defaults) {
+    TKxFlexScale s;
+    EXPECT_EQ(s.Angle(), 0.0f);
+    EXPECT_EQ(s.AngleMode(), amAuto);
+    EXPECT_EQ(s.FormatStr(), u"##0.#");
+    EXPECT_EQ(s.StepLines()->Pen()->Color(), clWhite);
+    EXPECT_EQ(s.StepLines()->Pen()->Width(), 2);
+    EXPECT_EQ(s.SubStepLines()->Pen()->Color(), clSilver);
+    EXPECT_EQ(s.SubStepLines()->Pen()->Width(), 1);
+    EXPECT_EQ(s.TextAlignment(), toMidCenter);
+    EXPECT_EQ(s.TextOffsetX(), 0);
+    EXPECT_TRUE(s.Text().isEmpty());
+    EXPECT_EQ(s.SubStepAt(), 0.0f);
+    EXPECT_EQ(s.StepMulti(), 1);
+    EXPECT_EQ(s.SubStepsVis(), 1);
+}
+
+TEST(CustomScale, EachFormPublishesItsOwnText) {
+    TKxScale scale;
+    TKxFlexScale flex;
+    EXPECT_TRUE(HasProperty(scale, "Text"));
+    EXPECT_FALSE(HasProperty(scale, "FormatStr"));
+    EXPECT_TRUE(HasProperty(flex, "FormatStr"));
+    EXPECT_FALSE(HasProperty(flex, "Text"));
+    for (const char* common : {"Angle", "AngleMode", "Font", "StepLines", "SubStepLines",
+                               "TextAlignment", "TextOffsetX", "TextOffsetY"}) {
+        EXPECT_TRUE(HasProperty(scale, common)) << common;
+        EXPECT_TRUE(HasProperty(flex, common)) << common;
+    }
+    EXPECT_TRUE(flex.setProperty("FormatStr", QStringLiteral("0.00")));
+    EXPECT_EQ(flex.FormatStr(), u"0.00");
+}
+
+TEST(CustomScale, SettersStoreValidChangesOnly) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float inf = std::numeric_limits<float>::infinity();
+    struct Case {
+        const char* what;
+        std::function<void(TKxFlexScale&)> set;
+        int changes;
+        std::function<bool(const TKxFlexScale&)> check;
+    } cases[] = {
+        {"Angle same", [](auto& s) { s.SetAngle(0); }, 0, [](auto& s) { return s.Angle() == 0; }},
+        {"Angle", [](auto& s) { s.SetAngle(45.5f); }, 1,
+         [](auto& s) { return s.Angle() == 45.5f; }},
+        {"Angle NaN", [&](auto& s) { s.SetAngle(nan); }, 0, [](auto& s) { return s.Angle() == 0; }},
+        {"Angle inf", [&](auto& s) { s.SetAngle(inf); }, 0, [](auto& s) { return s.Angle() == 0; }},
+        {"AngleMode", [](auto& s) { s.SetAngleModeValue(amManual); }, 1,
+         [](auto& s) { return s.AngleMode() == amManual; }},
+        {"AngleMode 2", [](auto& s) { s.SetAngleModeValue(2); }, 0,
+         [](auto& s) { return s.AngleMode() == amAuto; }},
+        {"TextAlignment", [](auto& s) { s.SetTextAlignment(toBotRight); }, 1,
+         [](auto& s) { return s.TextAlignment() == toBotRight; }},
+        {"TextAlignment 9", [](auto& s) { s.SetTextAlignmentValue(9); }, 0,
+         [](auto& s) { return s.TextAlignment() == toMidCenter; }},
+        {"TextOffsetY", [](auto& s) { s.SetTextOffsetY(-3); }, 1,
+         [](auto& s) { return s.TextOffsetY() == -3; }},
+        {"SubStepAt", [](auto& s) { s.SetSubStepAt(2.5f); }, 1,
+         [](auto& s) { return s.SubStepAt() == 2.5f; }},
+        {"SubStepAt 0", [](auto& s) { s.SetSubStepAt(0); }, 0,
+         [](auto& s) { return s.SubStepAt() == 0; }},
+        {"SubStepAt -1", [](auto& s) { s.SetSubStepAt(-1); }, 0,
+         [](auto& s) { return s.SubStepAt() == 0; }},
+        {"SubStepAt NaN", [&](auto& s) { s.SetSubStepAt(nan); }, 0,
+         [](auto& s) { return s.SubStepAt() == 0; }},
+        {"SubStepAt twice",
+         [](auto& s) {
+             s.SetSubStepAt(1);
+             s.SetSubStepAt(1);
+         },
+         1, [](auto& s) { return s.SubStepAt() == 1; }},
+        {"StepMulti 0", [](auto& s) { s.SetStepMulti(0); }, 0,
+         [](auto& s) { return s.StepMulti() == 1; }},
+        {"StepMulti 1", [](auto& s) { s.SetStepMulti(1); }, 0,
+         [](auto& s) { return s.StepMulti() == 1; }},
+        {"StepMulti 4", [](auto& s) { s.SetStepMulti(4); }, 1,
+         [](auto& s) { return s.StepMulti() == 4; }},
+        {"SubStepsVis -2", [](auto& s) { s.SetSubStepsVis(-2); }, 0,
+         [](auto& s) { return s.SubStepsVis() == 1; }},
+        {"SubStepsVis 3", [](auto& s) { s.SetSubStepsVis(3); }, 1,
+         [](auto& s) { return s.SubStepsVis() == 3; }},
+    };
+    for (const auto& c : cases) {
+        TKxFlexScale s;
+        int changes = 0;
+        s.SetOnChange([&](QObject*) { ++changes; });
+        c.set(s);
+        EXPECT_EQ(changes, c.changes) << c.what;
+        EXPECT_TRUE(c.check(s)) << c.what;
+    }
+}
+
+TEST(CustomScale, NestedObjectsReportThemselves) {
+    TKxScale s;
+    std::vector<QObject*> senders;
+    s.SetOnChange([&](QObject* sender) { senders.push_back(sender); });
+    s.Font()->SetSize(20);
+    s.StepLines()->SetLength(5);
+    s.StepLines()->Pen()->SetColor(clRed);
+    s.SubStepLines()->SetVisible(false);
+    TKxLineSettings lines;
+    lines.SetLength(9);
+    s.SetSubStepLines(&lines);
+    s.SetStepLines(nullptr);
+    const std::vector<QObject*> expected = {s.Font(), s.StepLines(), s.StepLines()->Pen(),
+                                            s.SubStepLines(), s.SubStepLines()};
+    EXPECT_EQ(senders, expected);
+    EXPECT_EQ(s.SubStepLines()->Length(), 9);
+    EXPECT_NE(s.SubStepLines(), &lines);
+}
+
+TEST(CustomScale, AssignCopiesEverythingWithOneChange) {
+    TKxFlexScale src;
+    src.SetAngle(30);
+    src.SetAngleMode(amManual);
+    src.Font()->SetName("Courier New");
+    src.StepLines()->SetLength(8);
+    src.SubStepLines()->Pen()->SetColor(clRed);
+    src.SetTextAlignment(toTopLeft);
+    src.SetTextOffsetX(4);
+    src.SetFormatStr("0.0");
+    src.SetSubStepAt(0.5f);
+    src.SetStepMulti(3);
+    src.SetSubStepsVis(2);
+
+    TKxFlexScale dst;
+    std::vector<QObject*> senders;
+    dst.SetOnChange([&](QObject* sender) { senders.push_back(sender); });
+    dst.Assign(&src);
+    EXPECT_EQ(senders, std::vector<QObject*>{&dst});
+    EXPECT_EQ(dst.Angle(), 30.0f);
+    EXPECT_EQ(dst.AngleMode(), amManual);
+    EXPECT_EQ(dst.Font()->Name(), u"Courier New");
+    EXPECT_EQ(dst.StepLines()->Length(), 8);
+    EXPECT_EQ(dst.SubStepLines()->Pen()->Color(), clRed);
+    EXPECT_EQ(dst.TextAlignment(), toTopLeft);
+    EXPECT_EQ(dst.TextOffsetX(), 4);
+    EXPECT_EQ(dst.FormatStr(), u"0.0");
+    EXPECT_EQ(dst.SubStepAt(), 0.5f);
+    EXPECT_EQ(dst.StepMulti(), 3);
+    EXPECT_EQ(dst.SubStepsVis(), 2);
+
+    // The nested objects still report after the copy.
+    senders.clear();
+    dst.StepLines()->SetLength(1);
+    EXPECT_EQ(senders, std::vector<QObject*>{dst.StepLines()});
+
+    // A sibling form takes the common part.
+    TKxScale plain;
+    plain.Assign(&src);
+    EXPECT_EQ(plain.FormatStr(), u"0.0");
+    TKxPersistent other;
+    EXPECT_THROW(src.AssignTo(&other), EConvertError);
+}
+
+TEST(RScale, RangesAreCheckedSilently) {
+    struct Case {
+        const char* what;
+        std::function<void(TKxRScale&, int32_t)> set;
+        std::function<int32_t(const TKxRScale&)> get;
+        int32_t value;
+        bool accepted;
+    } cases[] = {
+        {"AlphaStart", &TKxRScale::SetAlphaStart, &TKxRScale::AlphaStart, 0, true},
+        {"AlphaStart", &TKxRScale::SetAlphaStart, &TKxRScale::AlphaStart, 360, true},
+        {"AlphaStart", &TKxRScale::SetAlphaStart, &TKxRScale::AlphaStart, -1, false},
+        {"AlphaStart", &TKxRScale::SetAlphaStart, &TKxRScale::AlphaStart, 361, false},
+        {"Alpha", &TKxRScale::SetAlpha, &TKxRScale::Alpha, 1, true},
+        {"Alpha", &TKxRScale::SetAlpha, &TKxRScale::Alpha, 360, true},
+        {"Alpha", &TKxRScale::SetAlpha, &TKxRScale::Alpha, 0, false},
+        {"Alpha", &TKxRScale::SetAlpha, &TKxRScale::Alpha, 361, false},
+        {"Steps", &TKxRScale::SetSteps, &TKxRScale::Steps, 30, true},
+        {"Steps", &TKxRScale::SetSteps, &TKxRScale::Steps, 31, false},
+        {"Steps", &TKxRScale::SetSteps, &TKxRScale::Steps, 0, false},
+        {"SubSteps", &TKxRScale::SetSubSteps, &TKxRScale::SubSteps, 1, true},
+        {"SubSteps", &TKxRScale::SetSubSteps, &TKxRScale::SubSteps, 31, false},
+        {"Diameter", &TKxRScale::SetDiameter, &TKxRScale::Diameter, 10, true},
+        {"Diameter", &TKxRScale::SetDiameter, &TKxRScale::Diameter, 9, false},
+        {"Diameter", &TKxRScale::SetDiameter, &TKxRScale::Diameter, INT_MAX, true},
+        {"OffsetX", &TKxRScale::SetOffsetX, &TKxRScale::OffsetX, INT_MIN, true},
+        {"OffsetY", &TKxRScale::SetOffsetY, &TKxRScale::OffsetY, -7, true},
+    };
+    for (const auto& c : cases) {
+        TKxRScale s;
+        const int32_t before = c.get(s);
+        int changes = 0;
+        s.SetOnChange([&](QObject*) { ++changes; });
+        c.set(s, c.value);
+        EXPECT_EQ(c.get(s), c.accepted ? c.value : before) << c.what << " " << c.value;
+        EXPECT_EQ(changes, c.accepted && c.value != before ? 1 : 0) << c.what << " " << c.value;
+    }
+}
+
+TEST(RScale, DefaultsAndCopy) {
+    TKxRScale s;
+    EXPECT_EQ(s.AlphaStart(), 225);
+    EXPECT_EQ(s.Alpha(), 270);
+    EXPECT_EQ(s.Steps(), 10);
+    EXPECT_EQ(s.SubSteps(), 2);
+    EXPECT_EQ(s.Diameter(), 100);
+    EXPECT_FALSE(s.SwapDir());
+    EXPECT_TRUE(HasProperty(s, "Text"));
+    EXPECT_TRUE(HasProperty(s, "Diameter"));
+
+    s.SetAlpha(180);
+    s.SetSwapDir(true);
+    s.SetDiameter(64);
+    s.SetText("rpm");
+    TKxRScale copy;
+    int changes = 0;
+    copy.SetOnChange([&](QObject*) { ++changes; });
+    copy.Assign(&s);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(copy.Alpha(), 180);
+    EXPECT_TRUE(copy.SwapDir());
+    EXPECT_EQ(copy.Diameter(), 64);
+    EXPECT_EQ(copy.Text(), u"rpm");
+}
+
+}  // namespace
+}  // namespace kx

@@ -1,0 +1,418 @@
+// The instrument bevel and the button bevel: frame width, painting order, ring colours.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <ostream>
+#include <string>
+
+#include "framework/btnbevel.h"
+#include "framework/sbevel.h"
+#include "host/bitmap.h"
+#include "host/recordingcanvas.h"
+
+namespace kx {
+namespace {
+
+// Distinct grey levels so that every ring colour is recognisable.
+constexpr TColor kShadowFrom = 0x000000;
+constexpr TColor kShadowTo = 0x646464;  // 100
+constexpr TColor kHighFrom = 0xC8C8C8;  // 200
+constexpr TColor kHighTo = 0xFAFAFA;    // 250
+constexpr TColor kGrey25 = 0x323232;    // halfway 0 .. 100
+constexpr TColor kGrey225 = 0xE1E1E1;   // halfway 200 .. 250
+
+void UseTestColors(TKxSBevel& b) {
+    b.SetColorShadowFrom(kShadowFrom);
+    b.SetColorShadowTo(kShadowTo);
+    b.SetColorHighLightFrom(kHighFrom);
+    b.SetColorHighLightTo(kHighTo);
+}
+
+void UseTestColors(TKxBtnBevel& b) {
+    b.SetShadowColFrom(kShadowFrom);
+    b.SetShadowColTo(kShadowTo);
+    b.SetHighlightColFrom(kHighFrom);
+    b.SetHighlightColTo(kHighTo);
+}
+
+QString Frame(int l, int t, int r, int b, TColor tl, TColor br) {
+    return QStringLiteral("Frame3D(%1,%2,%3,%4,%5,%6,1)")
+        .arg(l)
+        .arg(t)
+        .arg(r)
+        .arg(b)
+        .arg(tl)
+        .arg(br);
+}
+
+// Renders a bitmap as letters, one per pixel, from a colour legend ('.' for white,
+// '?' for anything not in the legend).
+std::string Picture(const TBitmap& bmp, const std::map<TColor, char>& legend) {
+    std::string s;
+    for (int y = 0; y < bmp.Height(); ++y) {
+        for (int x = 0; x < bmp.Width(); ++x) {
+            const TColor c = bmp.Pixel(x, y);
+            auto it = legend.find(c);
+            s += c == clWhite ? '.' : it != legend.end() ? it->second : '?';
+        }
+        s += '\n';
+    }
+    return s;
+}
+
+struct WidthCase {
+    TBevelLine Line;
+    int Spacing;
+    int Width;
+    int Total;
+};
+void PrintTo(const WidthCase& c, std::ostream* os) {
+    *os << "line " << int(c.Line) << " spacing " << c.Spacing << " width " << c.Width;
+}
+
+class TotalWidth : public ::testing::TestWithParam<WidthCase> {};
+
+// TotalWidth is what PaintBevel takes from each side before the Offset.
+TEST_P(TotalWidth, MatchesTheAreaPaintBevelTakes) {
+    const WidthCase& c = GetParam();
+    TKxSBevel bevel;
+    bevel.SetBevelLine(c.Line);
+    bevel.SetSpacing(c.Spacing);
+    bevel.SetWidth(c.Width);
+    EXPECT_EQ(bevel.TotalWidth(), c.Total);
+    TRecordingCanvas canvas;
+    TRect r{0, 0, 100, 60};
+    bevel.PaintBevel(canvas, r);
+    EXPECT_EQ(r, (TRect{c.Total, c.Total, 100 - c.Total, 60 - c.Total}));
+}
+
+INSTANTIATE_TEST_SUITE_P(BevelLines, TotalWidth,
+                         ::testing::Values(WidthCase{blNone, 5, 2, 7}, WidthCase{blOuter, 5, 2, 8},
+                                           WidthCase{blInner, 5, 2, 8}, WidthCase{blBoth, 5, 2, 9},
+                                           WidthCase{blNone, 0, 0, 0}, WidthCase{blBoth, 0, 0, 2},
+                                           WidthCase{blInner, 3, 6, 10}));
+
+TEST(SBevel, TotalWidthIsCurrentWhenTheHandlerRuns) {
+    TKxSBevel bevel;
+    EXPECT_EQ(bevel.TotalWidth(), 7);
+    std::vector<int> seen;
+    bevel.SetOnChange([&](QObject* sender) {
+        EXPECT_EQ(sender, &bevel);
+        seen.push_back(bevel.TotalWidth());
+    });
+    bevel.SetBevelLine(blBoth);
+    bevel.SetSpacing(1);
+    bevel.SetWidth(4);
+    bevel.Offset()->SetTop(20);  // the offset is not part of the frame width
+    EXPECT_EQ(seen, (std::vector<int>{9, 5, 7, 7}));
+}
+
+TEST(SBevel, ObjectSettersCopyAndNotifyThroughTheNestedObject) {
+    TKxSBevel bevel;
+    int changes = 0;
+    bevel.SetOnChange([&](QObject*) { ++changes; });
+    TKxOffset offset;
+    offset.Write(1, 2, 3, 4);
+    bevel.SetOffset(&offset);
+    EXPECT_EQ(changes, 1);
+    EXPECT_NE(bevel.Offset(), &offset);
+    EXPECT_EQ(bevel.Offset()->Bottom(), 4);
+    bevel.SetOffset(bevel.Offset());
+    bevel.SetOffset(nullptr);
+    EXPECT_EQ(changes, 1);
+
+    TKxGradSettings grad;
+    grad.SetVisible(true);
+    grad.SetStyle(gsTopRight);
+    changes = 0;
+    bevel.SetSurfaceGrad(&grad);  // two properties differ, plus the closing Change
+    EXPECT_EQ(changes, 3);
+    EXPECT_EQ(bevel.SurfaceGrad()->Style(), gsTopRight);
+}
+
+TEST(SBevel, PaintBevelDrawsInTheDocumentedOrder) {
+    TKxSBevel bevel;
+    UseTestColors(bevel);
+    bevel.SetBevelLine(blBoth);
+    bevel.SetPenColor(clRed);
+    bevel.Offset()->Write(1, 2, 3, 4);
+    TRecordingCanvas canvas;
+    TRect r{0, 0, 100, 60};
+    bevel.PaintBevel(canvas, r);
+    EXPECT_EQ(r, (TRect{9 + 2, 9 + 1, 91 - 3, 51 - 4}));
+    EXPECT_EQ(canvas.Log(), (QStringList{Frame(1, 1, 99, 59, kGrey225, kGrey25),
+                                         Frame(2, 2, 98, 58, kHighTo, kShadowTo),
+                                         "Rectangle(3,3,97,57)", "Rectangle(0,0,100,60)"}));
+    for (const TCanvasCall& c : canvas.CallsOf("Rectangle")) {
+        EXPECT_EQ(c.PenColor, clRed);
+        EXPECT_EQ(c.PenWidth, 1);
+        EXPECT_EQ(c.BrushStyle, bsClear);
+    }
+}
+
+TEST(SBevel, LinesOnlyWhereBevelLineAsksForThem) {
+    struct Case {
+        TBevelLine Line;
+        QStringList Rectangles;
+    };
+    for (const Case& c : {Case{blNone, {}}, Case{blOuter, {"Rectangle(0,0,50,40)"}},
+                          Case{blInner, {"Rectangle(2,2,48,38)"}}}) {
+        TKxSBevel bevel;
+        bevel.SetBevelLine(c.Line);
+        TRecordingCanvas canvas;
+        TRect r{0, 0, 50, 40};
+        bevel.PaintBevel(canvas, r);
+        EXPECT_EQ(canvas.Log("Rectangle"), c.Rectangles) << int(c.Line);
+        const auto frames = canvas.CallsOf("Frame3D");
+        ASSERT_EQ(frames.size(), 2u);
+        EXPECT_EQ(frames[0].Args[0], c.Line == blOuter ? 1 : 0);
+    }
+}
+
+// The ring colours for both the instrument bevel and the button bevel, which share
+// the frame painter.
+struct RingCase {
+    const char* Name;
+    bool Button;
+    bool Raised;
+    int Width;
+    QStringList Frames;
+};
+void PrintTo(const RingCase& c, std::ostream* os) {
+    *os << c.Name;
+}
+
+class RingColors : public ::testing::TestWithParam<RingCase> {};
+
+TEST_P(RingColors, FollowTheBlendOfEachPair) {
+    const RingCase& c = GetParam();
+    TRecordingCanvas canvas;
+    TRect r{0, 0, 20, 10};
+    if (c.Button) {
+        TKxBtnBevel b;
+        UseTestColors(b);
+        b.SetWidth(c.Width);
+        b.PaintBevel(canvas, r, c.Raised, false, clRed);
+    } else {
+        TKxSBevel b;
+        UseTestColors(b);
+        b.SetWidth(c.Width);
+        b.PaintGradBevel(canvas, r, c.Raised, false, clRed);
+    }
+    EXPECT_EQ(canvas.Log(), c.Frames);
+    EXPECT_EQ(r, (TRect{c.Width, c.Width, 20 - c.Width, 10 - c.Width}));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    BothBevels, RingColors,
+    ::testing::Values(
+        RingCase{"SBevelRaised",
+                 false,
+                 true,
+                 2,
+                 {Frame(0, 0, 20, 10, kGrey225, kGrey25), Frame(1, 1, 19, 9, kHighTo, kShadowTo)}},
+        RingCase{
+            "SBevelLowered",
+            false,
+            false,
+            2,
+            {Frame(0, 0, 20, 10, kGrey25, kGrey225), Frame(1, 1, 19, 9, kShadowFrom, kHighFrom)}},
+        RingCase{"ButtonRaised",
+                 true,
+                 true,
+                 2,
+                 {Frame(0, 0, 20, 10, kGrey225, kGrey25), Frame(1, 1, 19, 9, kHighTo, kShadowTo)}},
+        RingCase{
+            "ButtonLowered",
+            true,
+            false,
+            2,
+            {Frame(0, 0, 20, 10, kGrey25, kGrey225), Frame(1, 1, 19, 9, kShadowFrom, kHighFrom)}},
+        // Thirds of 0 .. 100 round to 33 and 67; of 200 .. 250 to 217 and 233.
+        RingCase{"ThreeRingsRounding",
+                 false,
+                 true,
+                 3,
+                 {Frame(0, 0, 20, 10, 0xD9D9D9, 0x212121), Frame(1, 1, 19, 9, 0xE9E9E9, 0x434343),
+                  Frame(2, 2, 18, 8, kHighTo, kShadowTo)}},
+        RingCase{"WidthZeroDrawsNothing", false, true, 0, {}},
+        RingCase{"ButtonWidthZero", true, false, 0, {}}),
+    [](const auto& info) { return std::string(info.param.Name); });
+
+// Ring 1 (outer) and ring 2 on real pixels: left column and top row in the top-left
+// colour, right column and bottom row (with the top-right and bottom-left corners) in
+// the bottom-right colour; the inside is left alone.
+TEST(RingPixels, PixelsOfRaisedAndLoweredFrames) {
+    struct Case {
+        bool Raised;
+        TColor Tl1, Br1, Tl2, Br2;
+    };
+    const std::string expected =
+        "AAAAAAAAAB\n"
+        "AcccccccdB\n"
+        "Ac......dB\n"
+        "Ac......dB\n"
+        "Ac......dB\n"
+        "Ac......dB\n"
+        "AddddddddB\n"
+        "BBBBBBBBBB\n";
+    for (const Case& c : {Case{true, kGrey225, kGrey25, kHighTo, kShadowTo},
+                          Case{false, kGrey25, kGrey225, kShadowFrom, kHighFrom}}) {
+        TBitmap bmp(10, 8);
+        TKxSBevel bevel;
+        UseTestColors(bevel);
+        TRect r{0, 0, 10, 8};
+        bevel.PaintGradBevel(bmp.Canvas(), r, c.Raised, false, clRed);
+        EXPECT_EQ(Picture(bmp, {{c.Tl1, 'A'}, {c.Br1, 'B'}, {c.Tl2, 'c'}, {c.Br2, 'd'}}), expected)
+            << (c.Raised ? "raised" : "lowered");
+    }
+}
+
+TEST(RingPixels, FillPaintsTheWholeRectFirst) {
+    TBitmap bmp(10, 8);
+    TKxBtnBevel btn;
+    UseTestColors(btn);
+    TRect r{0, 0, 10, 8};
+    btn.PaintBevel(bmp.Canvas(), r, true, true, clRed);
+    EXPECT_EQ(bmp.Pixel(2, 2), clRed);
+    EXPECT_EQ(bmp.Pixel(7, 5), clRed);
+    EXPECT_EQ(bmp.Pixel(0, 0), kGrey225);
+    EXPECT_EQ(bmp.Pixel(9, 7), kGrey25);
+
+    TRecordingCanvas canvas;
+    r = TRect{0, 0, 10, 8};
+    btn.PaintBevel(canvas, r, true, true, clRed);
+    const TCanvasCall& fill = canvas.Calls().front();
+    EXPECT_EQ(fill.ToString(), "Rectangle(0,0,10,8)");
+    EXPECT_EQ(fill.PenColor, clRed);
+    EXPECT_EQ(fill.BrushColor, clRed);
+    EXPECT_EQ(fill.BrushStyle, bsSolid);
+}
+
+// A ring width far beyond the rectangle still shrinks the rectangle by the full width
+// and draws only the rings that fit.
+TEST(RingPixels, HugeWidthDrawsOnlyWhatFits) {
+    TKxSBevel bevel;
+    bevel.SetWidth(1000000000);
+    TRecordingCanvas canvas;
+    TRect r{0, 0, 10, 6};
+    bevel.PaintGradBevel(canvas, r, true, false, clRed);
+    EXPECT_EQ(canvas.CallsOf("Frame3D").size(), 3u);
+    EXPECT_EQ(r, (TRect{1000000000, 1000000000, 10 - 1000000000, 6 - 1000000000}));
+}
+
+TEST(FilledBevel, FillsWithColorOrTheSurfaceGradient) {
+    TKxSBevel bevel;
+    UseTestColors(bevel);
+    bevel.SetBevelLine(blBoth);
+    bevel.SetColor(clYellow);
+    bevel.SetPenColor(clBlack);
+    {
+        TBitmap bmp(40, 30);
+        TRect r{0, 0, 40, 30};
+        bevel.PaintFilledBevel(bmp.Canvas(), r);
+        EXPECT_EQ(r, (TRect{9, 9, 31, 21}));
+        EXPECT_EQ(bmp.Pixel(0, 0), clBlack);     // outer line
+        EXPECT_EQ(bmp.Pixel(3, 10), clBlack);    // inner line
+        EXPECT_EQ(bmp.Pixel(6, 6), clYellow);    // spacing
+        EXPECT_EQ(bmp.Pixel(20, 15), clYellow);  // surface
+        EXPECT_EQ(bmp.Pixel(1, 1), kGrey225);    // first ring
+    }
+    bevel.SurfaceGrad()->SetColorFrom(clRed);
+    bevel.SurfaceGrad()->SetColorTo(clBlue);
+    bevel.SurfaceGrad()->SetVisible(true);  // gsHorizontal1: top to bottom
+    {
+        TBitmap bmp(40, 30);
+        TRect r{0, 0, 40, 30};
+        bevel.PaintFilledBevel(bmp.Canvas(), r);
+        EXPECT_EQ(bmp.Pixel(9, 9), clRed);
+        EXPECT_EQ(bmp.Pixel(30, 20), clBlue);
+        EXPECT_EQ(bmp.Pixel(8, 8), clYellow);
+        EXPECT_EQ(bmp.Pixel(31, 21), clYellow);
+    }
+}
+
+TEST(RoundBevel, RoundedRingsAndLinesWithShrinkingCorners) {
+    TKxSBevel bevel;
+    UseTestColors(bevel);
+    bevel.SetBevelLine(blBoth);
+    bevel.SetColor(clYellow);
+    bevel.SetPenColor(clRed);
+    TRecordingCanvas canvas;
+    TRect r{0, 0, 40, 30};
+    bevel.PaintRoundBevel(canvas, r, 12, 12);
+    EXPECT_EQ(r, (TRect{9, 9, 31, 21}));
+    EXPECT_EQ(canvas.Log("RoundRect"),
+              (QStringList{"RoundRect(0,0,40,30,12,12)",                                // fill
+                           "RoundRect(1,1,39,29,10,10)", "RoundRect(1,1,39,29,10,10)",  // ring 1
+                           "RoundRect(2,2,38,28,8,8)", "RoundRect(2,2,38,28,8,8)",      // ring 2
+                           "RoundRect(3,3,37,27,6,6)",                                  // inner
+                           "RoundRect(0,0,40,30,12,12)"}));                             // outer
+    const auto rr = canvas.CallsOf("RoundRect");
+    EXPECT_EQ(rr[0].BrushColor, clYellow);
+    EXPECT_EQ(rr[0].BrushStyle, bsSolid);
+    EXPECT_EQ(rr[1].PenColor, kGrey225);
+    EXPECT_EQ(rr[2].PenColor, kGrey25);
+    EXPECT_EQ(rr[3].PenColor, kHighTo);
+    EXPECT_EQ(rr[4].PenColor, kShadowTo);
+    EXPECT_EQ(rr[5].PenColor, clRed);
+    EXPECT_EQ(rr[5].BrushStyle, bsClear);
+    EXPECT_FALSE(canvas.HasClipRegion());
+}
+
+TEST(RoundBevel, PixelsAndTheCallersClipSurvive) {
+    TBitmap bmp(40, 30);
+    TCanvas& c = bmp.Canvas();
+    const QRegion clip(0, 0, 40, 30);
+    c.SetClipRegion(clip);
+    TKxSBevel bevel;
+    UseTestColors(bevel);
+    bevel.SetColor(clYellow);
+    TRect r{0, 0, 40, 30};
+    bevel.PaintRoundBevel(c, r, 12, 12);
+    EXPECT_TRUE(c.HasClipRegion());
+    EXPECT_EQ(c.ClipRegion(), clip);
+    EXPECT_EQ(bmp.Pixel(0, 0), clWhite);  // outside the rounded corner
+    EXPECT_EQ(bmp.Pixel(20, 0), kGrey225);
+    EXPECT_EQ(bmp.Pixel(0, 15), kGrey225);
+    EXPECT_EQ(bmp.Pixel(20, 29), kGrey25);
+    EXPECT_EQ(bmp.Pixel(39, 15), kGrey25);
+    EXPECT_EQ(bmp.Pixel(20, 1), kHighTo);
+    EXPECT_EQ(bmp.Pixel(20, 28), kShadowTo);
+    EXPECT_EQ(bmp.Pixel(20, 15), clYellow);
+}
+
+TEST(LowerRightRegion, SplitsAlongTheAntiDiagonal) {
+    const QRegion reg = KxLowerRightRegion(TRect{0, 0, 5, 3});
+    std::string s;
+    for (int y = 0; y < 3; ++y) {
+        for (int x = 0; x < 5; ++x)
+            s += reg.contains(QPoint(x, y)) ? 'B' : 'A';
+        s += '\n';
+    }
+    EXPECT_EQ(s,
+              "AAAAB\n"
+              "AABBB\n"
+              "BBBBB\n");
+    EXPECT_TRUE(KxLowerRightRegion(TRect{5, 5, 5, 9}).isEmpty());
+}
+
+TEST(GradBitmap, FilledOnEveryChangeOnlyWhenSwitchedOn) {
+    TKxSBevel bevel;
+    bevel.SetColorShadowFrom(clRed);
+    EXPECT_EQ(bevel.GradBitmap(), nullptr);
+    bevel.UseGradBitmap = true;
+    bevel.SetColorShadowTo(clBlue);
+    const TBitmap* bmp = bevel.GradBitmap();
+    ASSERT_NE(bmp, nullptr);
+    EXPECT_EQ(bmp->Width(), 30);
+    EXPECT_EQ(bmp->Height(), 30);
+    EXPECT_EQ(bmp->Pixel(0, 0), clRed);
+    EXPECT_EQ(bmp->Pixel(29, 29), clBlue);
+    bevel.SetColorShadowFrom(clLime);
+    EXPECT_EQ(bevel.GradBitmap(), bmp);  // made once, refilled
+    EXPECT_EQ(bmp->Pixel(0, 0), clLime);
+}
+
+}  // namespace
+}  // namespace kx
