@@ -8,9 +8,9 @@ export BUILD_DIR=${BUILD_DIR:-build}
 OUT=${1:-out}
 export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
 if [ -f apps/gallery/CMakeLists.txt ]; then
-    KX_BUILD_BENCH=${KX_BUILD_BENCH:-OFF} bash scripts/build.sh --target kxgallery
+    bash scripts/build.sh --target kxgallery
     "$BUILD_DIR/apps/gallery/kxgallery" --screenshot "$OUT"
 else
-    KX_BUILD_BENCH=${KX_BUILD_BENCH:-OFF} bash scripts/build.sh --target kxshowcase
+    bash scripts/build.sh --target kxshowcase
     "$BUILD_DIR/apps/showcase/kxshowcase" "$OUT"
 fi

@@ -10,7 +10,10 @@
 //   worked off one pulse per tick;
 // - any other code: a pulse every `code` milliseconds, LParam = the lateness in ms
 //   absorbed into the next due time (0 when more than a second late: the phase
-//   restarts instead of catching up).
+//   restarts instead of catching up). Due times are 64-bit sums (wrapping) that are
+//   compared with the 32-bit GetTickCount while the lateness is the 32-bit
+//   difference: a due time set just before GetTickCount wraps (every 49.7 days)
+//   is recognised only once that difference reaches 2^31 - 1 ms.
 // A control receives KX_WM_FLASH through WMFlash with WParam = tick counter; a
 // procedure is called with (tick counter, LParam), both cast to int32 with wrap.
 //

@@ -54,8 +54,10 @@
 //      `to` at the bottom-right one.
 //    gsTopRight: line s holds the pixels with (W - 1 - x) + y = s, `from` at the
 //      top-right corner, `to` at the bottom-left one.
-//  Where a run has a single primitive (W or H of 1 or 2) n is still 1, so that primitive
-//  is `from`. A style value outside the fourteen fills the bitmap with `from`.
+//  A line run of a single line (an area one pixel across, or two for the edge-to-middle
+//  styles) keeps n = 1, so that line is `from`; concentric shapes on an area too small
+//  to shrink (4 pixels or less each way) draw `from` and then `to` on the same box. A
+//  style value outside the fourteen fills the bitmap with `from`.
 #include <cstdint>
 
 #include "host/canvas.h"

@@ -1,5 +1,7 @@
 #include "drawing/text.h"
 
+#include <cmath>
+
 #include "drawing/angles.h"
 #include "drawing/strings.h"
 #include "host/graphics.h"
@@ -156,7 +158,8 @@ void KxTextOutMultiLine3D(TCanvas& canvas, int32_t x, int32_t y, int32_t lineSpa
 }
 
 void KxRotTextOut(TCanvas& canvas, TPoint anchor, float angle, const QString& text, toPos pos) {
-    const int32_t tenths = Trunc(static_cast<double>(angle) * 10);
+    // A non-finite angle has no direction: the text stays unturned.
+    const int32_t tenths = std::isfinite(angle) ? Trunc(static_cast<double>(angle) * 10) : 0;
     const int32_t h = canvas.TextHeight(text);
 
     TFont previous;

@@ -67,8 +67,8 @@ void KxTextOutMultiLine3D(TCanvas& canvas, int32_t x, int32_t y, int32_t lineSpa
 // with the reference point moved up by TextHeight div 2 before turning; bottom-left 24 =
 // baseline, bottom-centre 14 and bottom-right 10 = bottom edge) and stays in force
 // afterwards. A pos outside the nine leaves the alignment as it is and draws at the
-// anchor. A NaN or infinite angle draws unturned (Trunc gives 0, KxRotate keeps the
-// anchor).
+// anchor. A NaN or infinite angle draws the text unturned with its reference point at
+// the anchor.
 void KxRotTextOut(TCanvas& canvas, TPoint anchor, float angle, const QString& text, toPos pos);
 
 }  // namespace kx

@@ -116,7 +116,8 @@ void TCanvas::fillSpanRect(int32_t l, int32_t t, int32_t r, int32_t b, const QCo
 }
 
 // One-pixel line by integer stepping along the major axis, rounding the minor axis
-// half toward the start. The end point is painted only when asked.
+// half toward the start. The end point is painted only when asked. Pixels are merged
+// into runs along the major axis and put down in one go.
 void TCanvas::strokeThinLine(TPoint a, TPoint b, bool includeEnd) {
     const int64_t dx = int64_t(b.X) - a.X;
     const int64_t dy = int64_t(b.Y) - a.Y;
@@ -124,12 +125,11 @@ void TCanvas::strokeThinLine(TPoint a, TPoint b, bool includeEnd) {
     const int64_t n = std::max(adx, ady) + (includeEnd ? 1 : 0);
     if (n == 0) return;
     const int sx = dx < 0 ? -1 : 1, sy = dy < 0 ? -1 : 1;
-    const QColor c = penQColor();
-    QPainter& p = painter();
     const bool xMajor = adx >= ady;
     const int64_t major = std::max<int64_t>(std::max(adx, ady), 1);
     const int64_t minorDelta = xMajor ? ady : adx;
-    // Merge pixels into runs along the major axis to keep the fill count low.
+    thread_local std::vector<QRect> runs;
+    runs.clear();
     int64_t runStart = 0;
     int64_t runMinor = 0;
     auto flush = [&](int64_t from, int64_t to, int64_t minor) {
@@ -137,11 +137,11 @@ void TCanvas::strokeThinLine(TPoint a, TPoint b, bool includeEnd) {
         if (xMajor) {
             int64_t x0 = a.X + sx * from, x1 = a.X + sx * (to - 1);
             int64_t y = a.Y + sy * minor;
-            p.fillRect(QRect(int(std::min(x0, x1)), int(y), int(std::llabs(x1 - x0) + 1), 1), c);
+            runs.emplace_back(int(std::min(x0, x1)), int(y), int(std::llabs(x1 - x0) + 1), 1);
         } else {
             int64_t y0 = a.Y + sy * from, y1 = a.Y + sy * (to - 1);
             int64_t x = a.X + sx * minor;
-            p.fillRect(QRect(int(x), int(std::min(y0, y1)), 1, int(std::llabs(y1 - y0) + 1)), c);
+            runs.emplace_back(int(x), int(std::min(y0, y1)), 1, int(std::llabs(y1 - y0) + 1));
         }
     };
     for (int64_t i = 0; i < n; ++i) {
@@ -154,6 +154,36 @@ void TCanvas::strokeThinLine(TPoint a, TPoint b, bool includeEnd) {
         }
     }
     flush(runStart, n, runMinor);
+    putRuns(runs, penQColor());
+}
+
+// Plain copies straight into the pixels; anything clipped or combined through QPainter.
+void TCanvas::putRuns(const std::vector<QRect>& runs, const QColor& c) {
+    if (runs.empty()) return;
+    const QImage::Format f = target_->format();
+    const bool direct = !hasClip_ && pen_.Mode() == pmCopy &&
+                        (f == QImage::Format_ARGB32_Premultiplied || f == QImage::Format_RGB32 ||
+                         f == QImage::Format_ARGB32);
+    if (!direct) {
+        QPainter& p = painter();
+        p.setPen(Qt::NoPen);
+        p.setBrush(c);
+        p.drawRects(runs.data(), int(runs.size()));
+        return;
+    }
+    if (onDraw_) onDraw_();
+    const QRect bounds = target_->rect();
+    const uint32_t pixel = c.rgba();
+    uchar* bits = target_->bits();  // one detach check, not one per row
+    const qsizetype stride = target_->bytesPerLine();
+    for (const QRect& r0 : runs) {
+        const QRect r = r0.intersected(bounds);
+        if (r.isEmpty()) continue;
+        for (int y = r.top(); y <= r.bottom(); ++y) {
+            auto* line = reinterpret_cast<uint32_t*>(bits + y * stride);
+            std::fill(line + r.left(), line + r.right() + 1, pixel);
+        }
+    }
 }
 
 void TCanvas::MoveTo(int32_t x, int32_t y) { penPos_ = TPoint{x, y}; }
@@ -408,9 +438,12 @@ bool TCanvas::fastCopy(const QImage& src, const TRect& s, int32_t dx, int32_t dy
     if (w <= 0 || h <= 0) return true;
     if (onDraw_) onDraw_();
     const int bpp = src.depth() / 8;
+    const uchar* srcBits = src.constBits();
+    uchar* dstBits = target_->bits();
+    const qsizetype srcStride = src.bytesPerLine(), dstStride = target_->bytesPerLine();
     for (int32_t row = 0; row < h; ++row) {
-        const uchar* from = src.constScanLine(st + row) + size_t(sl) * bpp;
-        uchar* to = target_->scanLine(dy + row) + size_t(dx) * bpp;
+        const uchar* from = srcBits + (st + row) * srcStride + size_t(sl) * bpp;
+        uchar* to = dstBits + (dy + row) * dstStride + size_t(dx) * bpp;
         std::memcpy(to, from, size_t(w) * bpp);
     }
     return true;

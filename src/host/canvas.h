@@ -124,6 +124,7 @@ protected:
     QColor penQColor() const;
     QColor brushQColor() const;
     void strokeThinLine(TPoint a, TPoint b, bool includeEnd);
+    void putRuns(const std::vector<QRect>& runs, const QColor& c);
     void drawPath(const class QPainterPath& path, bool fill, bool stroke);
 
 private:

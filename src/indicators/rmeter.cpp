@@ -343,24 +343,30 @@ TColor TKxRMeter::markerColor(int32_t ppt, bool useSectorColor, TColor own) cons
     return own;
 }
 
-// The area the marks and the needle at these angles cover, in background coordinates.
-TRect TKxRMeter::composeBounds(float angle, float minAngle, float maxAngle) {
-    TRect b{scaleRect_.Width(), scaleRect_.Height(), 0, 0};
+// The areas the needle (with its caps) and the two marks at these angles cover, in
+// background coordinates; computes the mark polygons on the way.
+TKxRMeter::TComposeAreas TKxRMeter::composeAreas(float angle, float minAngle, float maxAngle) {
+    auto empty = [this] { return TRect{scaleRect_.Width(), scaleRect_.Height(), 0, 0}; };
+    TComposeAreas areas{empty(), empty(), empty()};
     const TPoint pivot = arrow_[1];
     const int32_t n = std::min(ArrowPointCount(arrow_[0]), kArrowPointsHigh);
-    for (int32_t i = 2; i <= n; ++i) include(b, KxRotate(arrow_[size_t(i)], pivot, angle, true));
+    for (int32_t i = 2; i <= n; ++i)
+        include(areas.needle, KxRotate(arrow_[size_t(i)], pivot, angle, true));
+    const int32_t cap = std::max(ArrowStyleByte(arrow_[0], 4), ArrowStyleByte(arrow_[0], 5));
+    include(areas.needle, TPoint{pivot.X - cap, pivot.Y - cap});
+    include(areas.needle, TPoint{pivot.X + cap, pivot.Y + cap});
     for (size_t i = 0; i < 3; ++i) {
         markers_[i] = KxRotate(markerTemplate_[i], pivot, minAngle, true);
         markers_[i + 3] = KxRotate(markerTemplate_[i + 3], pivot, maxAngle, true);
-        include(b, markers_[i]);
-        include(b, markers_[i + 3]);
+        include(areas.min, markers_[i]);
+        include(areas.max, markers_[i + 3]);
     }
-    const int32_t cap = std::max(ArrowStyleByte(arrow_[0], 4), ArrowStyleByte(arrow_[0], 5));
-    include(b, TPoint{pivot.X - cap, pivot.Y - cap});
-    include(b, TPoint{pivot.X + cap, pivot.Y + cap});
     // Outline pens and rounding reach a pixel or two past the vertices.
-    KxBorder(b, -2);
-    return b;
+    for (TRect* r : {&areas.needle, &areas.min, &areas.max}) KxBorder(*r, -2);
+    const TMinMax& mm = *MinMax();
+    if (mm.MinVisible()) areas.minColor = markerColor(MinPPT(), mm.UseSectorCol(), mm.MinColor());
+    if (mm.MaxVisible()) areas.maxColor = markerColor(MaxPPT(), mm.UseSectorCol(), mm.MaxColor());
+    return areas;
 }
 
 void TKxRMeter::DrawPointer(TCanvas* canvas, TColor) {
@@ -372,37 +378,58 @@ void TKxRMeter::DrawPointer(TCanvas* canvas, TColor) {
 
     // Restore only what the previous and the new needle and marks cover.
     const TRect whole{0, 0, background_.Width(), background_.Height()};
-    TRect dirty = composeBounds(a, amin, amax);
+    const TComposeAreas now = composeAreas(a, amin, amax);
+    std::array<TRect, 3> dirty{};
+    size_t count = 0;
     if (lastBoundsValid_ && work_.Width() == whole.Right && work_.Height() == whole.Bottom) {
-        const TRect now = dirty;
-        dirty = unite(dirty, lastBounds_);
-        lastBounds_ = now;
+        dirty[count++] = unite(now.needle, last_.needle);
+        if (!(now.min == last_.min) || now.minColor != last_.minColor)
+            dirty[count++] = unite(now.min, last_.min);
+        if (!(now.max == last_.max) || now.maxColor != last_.maxColor)
+            dirty[count++] = unite(now.max, last_.max);
     } else {
         work_.SetSize(whole.Right, whole.Bottom);
-        lastBounds_ = dirty;
-        dirty = whole;
+        dirty[count++] = whole;
     }
+    last_ = now;
     lastBoundsValid_ = true;
-    KxRectIntersection(dirty, whole, dirty);
-    if (dirty.Width() <= 0 || dirty.Height() <= 0) return;
     TCanvas& w = work_.Canvas();
     w.SetCopyMode(cmSrcCopy);
-    w.CopyRect(dirty, background_.Canvas(), dirty);
+    for (size_t i = 0; i < count; ++i) {
+        KxRectIntersection(dirty[i], whole, dirty[i]);
+        if (dirty[i].Width() > 0 && dirty[i].Height() > 0)
+            w.CopyRect(dirty[i], background_.Canvas(), dirty[i]);
+    }
+    drawMarks(w);
+    drawNeedle(w, a);
+    if (!canvas) return;
+    canvas->SetCopyMode(cmSrcCopy);
+    for (size_t i = 0; i < count; ++i) {
+        const TRect& d = dirty[i];
+        if (d.Width() <= 0 || d.Height() <= 0) continue;
+        const TRect onSurface{scaleRect_.Left + d.Left, scaleRect_.Top + d.Top,
+                              scaleRect_.Left + d.Right, scaleRect_.Top + d.Bottom};
+        canvas->CopyRect(onSurface, w, d);
+    }
+}
 
+void TKxRMeter::drawMarks(TCanvas& w) {
     w.Pen().SetMode(pmCopy);
     w.Pen().SetStyle(psSolid);
     w.Pen().SetWidth(1);
     w.Pen().SetColor(clBlack);
     w.Brush().SetStyle(bsSolid);
-    const TMinMax& mm = *MinMax();
-    if (mm.MinVisible()) {
-        w.Brush().SetColor(markerColor(MinPPT(), mm.UseSectorCol(), mm.MinColor()));
+    if (last_.minColor != clNone) {
+        w.Brush().SetColor(last_.minColor);
         w.Polygon(std::span<const TPoint>(markers_.data(), 3));
     }
-    if (mm.MaxVisible()) {
-        w.Brush().SetColor(markerColor(MaxPPT(), mm.UseSectorCol(), mm.MaxColor()));
+    if (last_.maxColor != clNone) {
+        w.Brush().SetColor(last_.maxColor);
         w.Polygon(std::span<const TPoint>(markers_.data() + 3, 3));
     }
+}
+
+void TKxRMeter::drawNeedle(TCanvas& w, float angle) {
     if (blinking_) {
         w.Brush().SetColor(blinkColor_);
         w.Pen().SetColor(ArrowStyleByte(arrow_[0], 1) ? blinkColor_ : arrowSettings_->ColorPen());
@@ -410,7 +437,7 @@ void TKxRMeter::DrawPointer(TCanvas* canvas, TColor) {
         w.Pen().SetColor(arrowSettings_->ColorPen());
         w.Brush().SetColor(arrowSettings_->ColorBrush());
     }
-    KxArrowDraw(w, a, arrow_, kArrowPointsHigh, needle_, kArrowPointsHigh, true);
+    KxArrowDraw(w, angle, arrow_, kArrowPointsHigh, needle_, kArrowPointsHigh, true);
     const TPoint cp = arrow_[1];
     const int32_t r1 = ArrowStyleByte(arrow_[0], 4);
     const int32_t r2 = ArrowStyleByte(arrow_[0], 5);
@@ -424,11 +451,6 @@ void TKxRMeter::DrawPointer(TCanvas* canvas, TColor) {
         w.Pen().SetColor(arrowSettings_->ColorCP2Pen());
         w.Ellipse(cp.X - r2, cp.Y - r2, cp.X + r2, cp.Y + r2);
     }
-    if (!canvas) return;
-    canvas->SetCopyMode(cmSrcCopy);
-    const TRect onSurface{scaleRect_.Left + dirty.Left, scaleRect_.Top + dirty.Top,
-                          scaleRect_.Left + dirty.Right, scaleRect_.Top + dirty.Bottom};
-    canvas->CopyRect(onSurface, w, dirty);
 }
 
 void TKxRMeter::ValueChange() {

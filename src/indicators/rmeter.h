@@ -123,7 +123,13 @@ private:
     void buildNeedleField();
     void buildMarkerTemplate();
     TColor markerColor(int32_t ppt, bool useSectorColor, TColor own) const;
-    TRect composeBounds(float angle, float minAngle, float maxAngle);
+    struct TComposeAreas {
+        TRect needle, min, max;
+        TColor minColor = clNone, maxColor = clNone;  // clNone: not shown
+    };
+    TComposeAreas composeAreas(float angle, float minAngle, float maxAngle);
+    void drawMarks(TCanvas& w);
+    void drawNeedle(TCanvas& w, float angle);
 
     bool autoSize_ = true;
     TArrowSettings* arrowSettings_;
@@ -150,7 +156,7 @@ private:
     TColor blinkColor_ = clRed;
     bool drawingNeedle_ = false;
     int32_t lastDrawn_ = -1;
-    TRect lastBounds_;
+    TComposeAreas last_{};
     bool lastBoundsValid_ = false;
 };
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <ostream>
 
 #include "drawing/text.h"
@@ -142,10 +143,14 @@ TEST(Text, RotTextOutAlignsAndTurnsTheReferencePoint) {
     canvas.SetTextAlign(TA_CENTER | TA_BOTTOM);
     KxRotTextOut(canvas, {10, 20}, -45.67f, "x", toPos(99));
     KxRotTextOut(canvas, {10, 20}, 12.34f, "x", toPos(99));
+    KxRotTextOut(canvas, {10, 20}, std::numeric_limits<float>::infinity(), "x", toMidLeft);
     EXPECT_EQ(canvas.Calls()[0].FontOrientation, 456);
     EXPECT_EQ(canvas.Calls()[1].FontOrientation, -123);
-    EXPECT_EQ(canvas.Log(), (QStringList{"TextOut(10,20,'x')", "TextOut(10,20,'x')"}));
-    EXPECT_EQ(canvas.TextAlign(), TA_CENTER | TA_BOTTOM);
+    EXPECT_EQ(canvas.Calls()[2].FontOrientation, 0);
+    EXPECT_EQ(canvas.Log(),
+              (QStringList{"TextOut(10,20,'x')", "TextOut(10,20,'x')", "TextOut(10,20,'x')"}));
+    EXPECT_EQ(canvas.Calls()[1].TextAlign, TA_CENTER | TA_BOTTOM);
+    EXPECT_EQ(canvas.TextAlign(), TA_LEFT | TA_TOP);  // set by the last call
 }
 
 TEST(Text, RotatedTextRunsDownwardsFromTheAnchor) {

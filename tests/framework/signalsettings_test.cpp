@@ -14,20 +14,11 @@ namespace {
 
 constexpr float kInf = std::numeric_limits<float>::infinity();
 
-TEST(SignalSettings, DefaultsAndTheirDerivedQuantities) {
+TEST(SignalSettings, DefaultRangeStartsAtATrueZero) {
     TSignalSettings s;
-    EXPECT_EQ(s.DigitalFrom(), 0);
-    EXPECT_EQ(s.DigitalTo(), 1000);
-    EXPECT_EQ(s.Name1(), QStringLiteral("SignalName1"));
-    EXPECT_EQ(s.Name2(), QStringLiteral("SignalName2"));
-    EXPECT_EQ(s.ValueFormat(), QStringLiteral("##0.0"));
-    EXPECT_EQ(s.ValueFrom(), 0.0f);  // the default is a true zero
-    EXPECT_EQ(s.ValueTo(), 100.0f);
-    EXPECT_EQ(s.ValueUnit(), QStringLiteral("%"));
+    EXPECT_EQ(s.ValueFrom(), 0.0f);
     EXPECT_EQ(s.Range(), 100.0f);
-    EXPECT_EQ(s.TotalDigit(), 1000);
     EXPECT_EQ(s.ValuePerDigit(), 0.1f);
-    EXPECT_EQ(s.DigitPerValue(), 10.0f);
     EXPECT_EQ(s.PPTFactor(), 10.0f);
     EXPECT_EQ(s.LongFormat(), QStringLiteral("##0.0"));
 }

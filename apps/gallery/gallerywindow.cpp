@@ -1,0 +1,60 @@
+#include "gallerywindow.h"
+
+#include <QTabWidget>
+
+#include "pages.h"
+#include "roundmeterpage.h"
+
+namespace kxgallery {
+namespace {
+
+// A quiet frame for the components: light cards on the neutral window colour.
+QString styleSheetText() {
+    return QStringLiteral(
+        "#meterCard { background: #fbfbfc; border: 1px solid #d3d6db; border-radius: 6px; }"
+        "#meterCaption { font-size: 11px; background: transparent; }"
+        "#eventLog { font-size: 11px; }"
+        "#hintText { color: #5f6670; }"
+        "#pageNote { font-size: 15px; color: #5f6670; }");
+}
+
+}  // namespace
+
+GalleryWindow::GalleryWindow(QWidget* parent) : QMainWindow(parent), tabs_(new QTabWidget) {
+    setWindowTitle(QStringLiteral("Kx instruments gallery"));
+    tabs_->setDocumentMode(true);
+    const QStringList& names = PalettePageNames();
+    meterPage_ = new RoundMeterPage(kStartTime);
+    pages_ = {
+        new NotePage(names.at(0), QStringLiteral("Clocks, operating-hour counters, labels, "
+                                                 "bevels, panels, gradients and numeric entry "
+                                                 "fields will appear here.")),
+        meterPage_,
+        new NotePage(names.at(2), QStringLiteral("Dials, gear dials and sliders will appear "
+                                                 "here.")),
+        new NotePage(names.at(3), QStringLiteral("LEDs, switches and colour bit buttons will "
+                                                 "appear here.")),
+    };
+    for (GalleryPage* page : pages_) tabs_->addTab(page, page->PaletteName());
+    tabs_->setCurrentWidget(meterPage_);
+    setCentralWidget(tabs_);
+    setStyleSheet(styleSheetText());
+
+    timer_.setTimerType(Qt::PreciseTimer);
+    timer_.setInterval(kStepMs);
+    connect(&timer_, &QTimer::timeout, this, &GalleryWindow::StepSimulation);
+}
+
+void GalleryWindow::StartSimulation() {
+    timer_.start();
+}
+
+void GalleryWindow::StopSimulation() {
+    timer_.stop();
+}
+
+void GalleryWindow::StepSimulation() {
+    for (GalleryPage* page : pages_) page->Step(kStepSeconds);
+}
+
+}  // namespace kxgallery

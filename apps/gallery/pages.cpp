@@ -1,0 +1,35 @@
+#include "pages.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace kxgallery {
+
+const QStringList& PalettePageNames() {
+    static const QStringList names = {QStringLiteral("KxMisc"), QStringLiteral("KxAnalogInd"),
+                                      QStringLiteral("KxAnalogAdj"),
+                                      QStringLiteral("KxBinary")};
+    return names;
+}
+
+GalleryPage::GalleryPage(const QString& paletteName, QWidget* parent)
+    : QWidget(parent), paletteName_(paletteName) {
+    setObjectName(QStringLiteral("page") + paletteName);
+}
+
+void GalleryPage::Step(double) {}
+
+NotePage::NotePage(const QString& paletteName, const QString& note, QWidget* parent)
+    : GalleryPage(paletteName, parent), label_(new QLabel(note, this)) {
+    label_->setObjectName(QStringLiteral("pageNote"));
+    label_->setAlignment(Qt::AlignCenter);
+    label_->setWordWrap(true);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(label_);
+}
+
+QString NotePage::Note() const {
+    return label_->text();
+}
+
+}  // namespace kxgallery

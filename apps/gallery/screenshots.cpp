@@ -1,0 +1,81 @@
+#include "screenshots.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QPixmap>
+#include <QTabWidget>
+#include <QTextStream>
+#include <QTimer>
+
+#include "gallerywindow.h"
+#include "pages.h"
+
+namespace kxgallery {
+namespace {
+
+// Serves events, timers included, for about ms milliseconds (at least the pending ones).
+void serveEvents(int ms) {
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::processEvents();
+    if (ms <= 0) return;
+    QEventLoop loop;
+    QTimer::singleShot(ms, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+}  // namespace
+
+QString ScreenshotFileName(const QString& pageName) {
+    return QStringLiteral("gallery-%1.png").arg(pageName);
+}
+
+void RunSimulation(GalleryWindow& window, int steps, int realMs) {
+    QElapsedTimer clock;
+    clock.start();
+    for (int i = 0; i < steps; ++i) {
+        window.StepSimulation();
+        // Keep to the schedule even when a step took long.
+        const qint64 due = qint64(realMs) * (i + 1) / std::max(steps, 1);
+        serveEvents(int(std::max<qint64>(0, due - clock.elapsed())));
+    }
+}
+
+QStringList WritePages(GalleryWindow& window, const QString& dir, QTextStream& out,
+                       QTextStream& err) {
+    QStringList written;
+    if (!QDir().mkpath(dir)) {
+        err << "kxgallery: cannot create directory " << dir << Qt::endl;
+        return written;
+    }
+    QTabWidget* tabs = window.Tabs();
+    const int current = tabs->currentIndex();
+    for (int i = 0; i < window.PageCount(); ++i) {
+        tabs->setCurrentIndex(i);
+        serveEvents(0);
+        const QString path = QDir(dir).filePath(ScreenshotFileName(window.Page(i)->PaletteName()));
+        if (window.grab().save(path, "PNG")) {
+            out << path << Qt::endl;
+            written << path;
+        } else {
+            err << "kxgallery: cannot write " << path << Qt::endl;
+        }
+    }
+    tabs->setCurrentIndex(current);
+    return written;
+}
+
+int RunScreenshots(GalleryWindow& window, const QString& dir, QTextStream& out,
+                   QTextStream& err, int realMs) {
+    window.StopSimulation();
+    window.setAttribute(Qt::WA_DontShowOnScreen);
+    window.resize(kScreenshotSize);
+    window.show();
+    serveEvents(0);
+    RunSimulation(window, kScreenshotSteps, realMs);
+    const QStringList written = WritePages(window, dir, out, err);
+    return written.size() == window.PageCount() ? 0 : 1;
+}
+
+}  // namespace kxgallery

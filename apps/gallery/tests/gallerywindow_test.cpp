@@ -1,0 +1,94 @@
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTextStream>
+
+#include "gallerywindow.h"
+#include "pages.h"
+#include "roundmeterpage.h"
+#include "screenshots.h"
+
+namespace kxgallery {
+namespace {
+
+TEST(GalleryWindow, OneTabPerPalettePageInPaletteOrder) {
+    GalleryWindow w;
+    const QStringList expected = {"KxMisc", "KxAnalogInd", "KxAnalogAdj", "KxBinary"};
+    ASSERT_EQ(w.Tabs()->count(), expected.size());
+    for (int i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(w.Tabs()->tabText(i), expected[i]);
+        EXPECT_EQ(w.Page(i)->PaletteName(), expected[i]);
+    }
+    EXPECT_EQ(w.Tabs()->widget(1), w.MeterPage());
+    for (int i : {0, 2, 3}) {
+        const auto* note = qobject_cast<NotePage*>(w.Page(i));
+        ASSERT_NE(note, nullptr) << i;
+        EXPECT_TRUE(note->Note().endsWith(QStringLiteral("will appear here."))) << i;
+    }
+}
+
+TEST(GalleryWindow, TimerStepsEveryFiftyMillisecondsWhenStarted) {
+    GalleryWindow w;
+    EXPECT_FALSE(w.SimulationRunning());
+    const double before = w.MeterPage()->SimulatedTime();
+    w.StepSimulation();
+    EXPECT_NEAR(w.MeterPage()->SimulatedTime() - before, 0.05, 1e-12);
+    w.StartSimulation();
+    EXPECT_TRUE(w.SimulationRunning());
+    EXPECT_EQ(w.Timer().interval(), 50);
+    EXPECT_EQ(w.Timer().timerType(), Qt::PreciseTimer);
+    w.StopSimulation();
+    EXPECT_FALSE(w.SimulationRunning());
+}
+
+TEST(Screenshots, WritesOnePngPerPageAtTheFixedSizeAndPrintsThePaths) {
+    QTemporaryDir tmp;
+    ASSERT_TRUE(tmp.isValid());
+    const QString dir = tmp.filePath(QStringLiteral("nested/out"));
+    GalleryWindow w;
+    QString printed, errors;
+    QTextStream out(&printed), err(&errors);
+    EXPECT_EQ(RunScreenshots(w, dir, out, err, 0), 0);
+    EXPECT_TRUE(errors.isEmpty()) << errors.toStdString();
+    QStringList expected;
+    for (const QString& page : PalettePageNames()) {
+        const QString path = QDir(dir).filePath(QStringLiteral("gallery-%1.png").arg(page));
+        expected << path;
+        const QImage image(path);
+        ASSERT_FALSE(image.isNull()) << path.toStdString();
+        EXPECT_EQ(image.size(), kScreenshotSize) << path.toStdString();
+    }
+    EXPECT_EQ(printed.split('\n', Qt::SkipEmptyParts), expected);
+    // The meter page differs from a note page; the note pages show the same frame.
+    EXPECT_NE(QImage(expected[0]), QImage(expected[1]));
+    EXPECT_EQ(w.Tabs()->currentIndex(), 1);
+    EXPECT_NEAR(w.MeterPage()->SimulatedTime(), kScreenshotSteps * GalleryWindow::kStepSeconds,
+                1e-9);
+}
+
+TEST(Screenshots, FailingToWriteGivesExitCodeOne) {
+    QTemporaryDir tmp;
+    ASSERT_TRUE(tmp.isValid());
+    // A directory cannot be made below a regular file.
+    const QString file = tmp.filePath(QStringLiteral("file"));
+    QFile f(file);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.close();
+    GalleryWindow w;
+    QString printed, errors;
+    QTextStream out(&printed), err(&errors);
+    EXPECT_EQ(RunScreenshots(w, file + QStringLiteral("/sub"), out, err, 0), 1);
+    EXPECT_TRUE(printed.isEmpty());
+    EXPECT_TRUE(errors.contains(QStringLiteral("cannot"))) << errors.toStdString();
+}
+
+TEST(Screenshots, FileNamesFollowThePageNames) {
+    EXPECT_EQ(ScreenshotFileName(QStringLiteral("KxBinary")), QStringLiteral("gallery-KxBinary.png"));
+}
+
+}  // namespace
+}  // namespace kxgallery
