@@ -50,11 +50,17 @@ TEST(ProcessSignal, BadStepsDoNotMoveTime) {
 // overflow shows) but spend most of its time inside it.
 class GalleryProcess : public ::testing::TestWithParam<size_t> {};
 
-TEST_P(GalleryProcess, IsSmoothAndLeavesTheRangeOnlyNowAndThen) {
+TEST_P(GalleryProcess, IsSmoothCrossesTheLimitsAndLeavesTheRangeNowAndThen) {
     const MeterPreset& preset = GalleryMeters().at(GetParam());
     ProcessSignal s(preset.process, 99, 0.0);
     constexpr int kSteps = 20 * 60 * 10;  // ten minutes at 20 steps per second
-    int outside = 0;
+    const auto fractionOf = [&](float v) {
+        if (preset.logarithmic) return std::log(v / preset.from) / std::log(preset.to / preset.from);
+        return double(v - preset.from) / double(preset.to - preset.from);
+    };
+    const double lowerLimit = fractionOf(preset.limitLower);
+    const double upperLimit = fractionOf(preset.limitUpper);
+    int outside = 0, belowLimit = 0, aboveLimit = 0;
     double previous = s.Fraction(), largestStep = 0.0, lowest = 1.0, highest = 0.0;
     for (int i = 0; i < kSteps; ++i) {
         const double f = s.Advance(kDt);
@@ -62,11 +68,15 @@ TEST_P(GalleryProcess, IsSmoothAndLeavesTheRangeOnlyNowAndThen) {
         lowest = std::min(lowest, f);
         highest = std::max(highest, f);
         outside += (f < 0.0 || f > 1.0) ? 1 : 0;
+        belowLimit += f < lowerLimit ? 1 : 0;
+        aboveLimit += f > upperLimit ? 1 : 0;
         previous = f;
     }
     EXPECT_LT(largestStep, 0.05) << preset.name1.toStdString();
     EXPECT_GT(outside, 0) << preset.name1.toStdString();
     EXPECT_LT(outside, kSteps / 5) << preset.name1.toStdString();
+    EXPECT_GT(belowLimit, 0) << preset.name1.toStdString();
+    EXPECT_GT(aboveLimit, 0) << preset.name1.toStdString();
     EXPECT_GT(lowest, -0.25) << preset.name1.toStdString();
     EXPECT_LT(highest, 1.25) << preset.name1.toStdString();
 }
