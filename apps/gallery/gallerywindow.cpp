@@ -35,7 +35,8 @@ GalleryWindow::GalleryWindow(QWidget* parent) : QMainWindow(parent), tabs_(new Q
         new NotePage(names.at(3), QStringLiteral("LEDs, switches and colour bit buttons will "
                                                  "appear here.")),
     };
-    for (GalleryPage* page : pages_) tabs_->addTab(page, page->PaletteName());
+    for (GalleryPage* page : pages_)
+        tabs_->addTab(page, page->PaletteName());
     tabs_->setCurrentWidget(meterPage_);
     setCentralWidget(tabs_);
     setStyleSheet(styleSheetText());
@@ -54,7 +55,8 @@ void GalleryWindow::StopSimulation() {
 }
 
 void GalleryWindow::StepSimulation() {
-    for (GalleryPage* page : pages_) page->Step(kStepSeconds);
+    for (GalleryPage* page : pages_)
+        page->Step(kStepSeconds);
 }
 
 }  // namespace kxgallery

@@ -19,7 +19,7 @@ class GalleryWindow : public QMainWindow {
     static constexpr double kStepSeconds = kStepMs / 1000.0;
     // Simulated time at which the processes start: chosen so that the first seconds
     // show an overflow, a limit alarm and well spread min/max marks.
-    static constexpr double kStartTime = 32.0;
+    static constexpr double kStartTime = 158.5;
 
     explicit GalleryWindow(QWidget* parent = nullptr);
 

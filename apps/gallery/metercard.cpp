@@ -28,7 +28,8 @@ MeterCard::MeterCard(kx::TKxRMeter* meter, QWidget* parent)
 
 void MeterCard::SetCaption(const QString& title, const QStringList& details) {
     QStringList lines;
-    for (const QString& line : details) lines << line.toHtmlEscaped();
+    for (const QString& line : details)
+        lines << line.toHtmlEscaped();
     caption_->setText(QStringLiteral("<b>%1</b><br><span style=\"color:#5f6670\">%2</span>")
                           .arg(title.toHtmlEscaped(), lines.join(QStringLiteral("<br>"))));
     placeMeter();

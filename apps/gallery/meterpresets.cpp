@@ -33,11 +33,12 @@ std::vector<MeterPreset> makeMeters() {
         p.valueFormat = QStringLiteral("##0");
         p.from = 0.0f;
         p.to = 250.0f;
-        p.limitLower = 25.0f;
+        p.limitLower = 40.0f;
         p.limitUpper = 215.0f;
-        p.sectors = {{{0, 100, kWarning}, {100, 850, kNormal}, {850, 1000, kAlarm}}};
+        p.sectors = {{{0, 160, kWarning}, {160, 860, kNormal}, {860, 1000, kAlarm}}};
         p.shape = 1;
-        p.process = profile(0.55, {0.28, 11.0, 0.4}, {0.10, 4.3, 1.9}, {0.04, 1.7, 0.3}, 0.012, {0.30, 47.0, 0.0});
+        p.process = profile(0.55, {0.28, 11.0, 0.4}, {0.10, 4.3, 1.9}, {0.04, 1.7, 0.3}, 0.012,
+                            {0.30, 47.0, 0.0});
         m.push_back(p);
     }
     {
@@ -56,7 +57,8 @@ std::vector<MeterPreset> makeMeters() {
         p.shape = 2;
         p.steps = 8;
         p.needleColor = kNeedleDark;
-        p.process = profile(0.66, {0.30, 9.0, 2.2}, {0.12, 3.7, 0.9}, {0.05, 1.3, 0.0}, 0.010, {-0.35, 61.0, 1.0});
+        p.process = profile(0.66, {0.30, 9.0, 2.2}, {0.12, 3.7, 0.9}, {0.05, 1.3, 0.0}, 0.010,
+                            {-0.35, 61.0, 1.0});
         m.push_back(p);
     }
     {
@@ -75,7 +77,8 @@ std::vector<MeterPreset> makeMeters() {
         p.shape = 6;
         p.steps = 6;
         p.needleColor = kNeedleOrange;
-        p.process = profile(0.45, {0.30, 14.0, 4.0}, {0.10, 5.9, 0.2}, {0.05, 2.3, 1.0}, 0.010, {0.40, 53.0, 2.0});
+        p.process = profile(0.45, {0.30, 14.0, 4.0}, {0.10, 5.9, 0.2}, {0.05, 2.3, 1.0}, 0.010,
+                            {0.30, 53.0, 2.0});
         m.push_back(p);
     }
     {
@@ -92,7 +95,8 @@ std::vector<MeterPreset> makeMeters() {
         p.sectors = {{{0, 150, kCold}, {150, 800, kNormal}, {800, 1000, kAlarm}}};
         p.shape = 0;
         p.steps = 8;
-        p.process = profile(0.50, {0.32, 13.0, 1.0}, {0.14, 6.1, 2.5}, {0.04, 2.9, 0.7}, 0.008, {-0.30, 71.0, 0.5});
+        p.process = profile(0.50, {0.32, 13.0, 1.0}, {0.14, 6.1, 2.5}, {0.04, 2.9, 0.7}, 0.008,
+                            {-0.30, 71.0, 0.5});
         m.push_back(p);
     }
     {
@@ -111,7 +115,8 @@ std::vector<MeterPreset> makeMeters() {
         p.sectorOffset = -8;
         p.shape = 3;
         p.needleColor = kNeedleDark;
-        p.process = profile(0.42, {0.30, 12.0, 5.1}, {0.12, 4.9, 3.3}, {0.05, 1.9, 2.0}, 0.010, {0.40, 59.0, 1.5});
+        p.process = profile(0.42, {0.30, 12.0, 5.1}, {0.12, 4.9, 3.3}, {0.05, 1.9, 2.0}, 0.010,
+                            {0.40, 59.0, 1.5});
         m.push_back(p);
     }
     {
@@ -128,7 +133,8 @@ std::vector<MeterPreset> makeMeters() {
         p.sectors = {{{0, 100, kAlarm}, {100, 900, kNormal}, {900, 1000, kAlarm}}};
         p.sectorWidthOffset = 3;
         p.shape = 4;
-        p.process = profile(0.50, {0.36, 16.0, 0.0}, {0.10, 7.3, 1.4}, {0.03, 2.6, 0.5}, 0.006, {0.30, 43.0, 3.0});
+        p.process = profile(0.50, {0.36, 16.0, 0.0}, {0.10, 7.3, 1.4}, {0.03, 2.6, 0.5}, 0.006,
+                            {0.22, 43.0, 3.0});
         m.push_back(p);
     }
     {
@@ -146,7 +152,8 @@ std::vector<MeterPreset> makeMeters() {
         p.shape = 5;
         p.steps = 3;
         p.needleColor = kNeedleOrange;
-        p.process = profile(0.60, {0.25, 10.0, 3.0}, {0.10, 4.1, 0.6}, {0.04, 1.5, 1.2}, 0.010, {-0.45, 67.0, 0.0});
+        p.process = profile(0.60, {0.25, 10.0, 3.0}, {0.10, 4.1, 0.6}, {0.04, 1.5, 1.2}, 0.010,
+                            {-0.45, 67.0, 0.0});
         m.push_back(p);
     }
     {
@@ -158,13 +165,14 @@ std::vector<MeterPreset> makeMeters() {
         p.valueFormat = QStringLiteral("#0.0");
         p.from = 0.0f;
         p.to = 40.0f;
-        p.limitLower = 1.0f;
+        p.limitLower = 4.0f;
         p.limitUpper = 32.0f;
         p.sectors = {{{0, 700, kNormal}, {700, 800, kWarning}, {800, 1000, kAlarm}}};
         p.sectorOffset = -8;
         p.shape = 7;
         p.steps = 4;
-        p.process = profile(0.55, {0.30, 8.0, 1.7}, {0.12, 3.3, 2.8}, {0.05, 1.1, 0.4}, 0.012, {0.30, 37.0, 2.5});
+        p.process = profile(0.55, {0.30, 8.0, 1.7}, {0.12, 3.3, 2.8}, {0.05, 1.1, 0.4}, 0.012,
+                            {0.22, 37.0, 2.5});
         m.push_back(p);
     }
     {
@@ -181,7 +189,8 @@ std::vector<MeterPreset> makeMeters() {
         p.sectors = {{{0, 80, kAlarm}, {80, 480, kNormal}, {480, 1000, kWarning}}};
         p.shape = 1;
         p.needleColor = kNeedleDark;
-        p.process = profile(0.30, {0.18, 15.0, 0.9}, {0.08, 6.7, 4.4}, {0.03, 2.2, 1.6}, 0.008, {0.60, 51.0, 1.0});
+        p.process = profile(0.30, {0.18, 15.0, 0.9}, {0.08, 6.7, 4.4}, {0.03, 2.2, 1.6}, 0.008,
+                            {0.60, 51.0, 1.0});
         m.push_back(p);
     }
     return m;
@@ -206,9 +215,13 @@ const std::vector<MeterPreset>& GalleryMeters() {
     return meters;
 }
 
-int32_t LogSwitchMeter() { return 4; }
+int32_t LogSwitchMeter() {
+    return 4;
+}
 
-int32_t ManualMeter() { return 1; }
+int32_t ManualMeter() {
+    return 1;
+}
 
 QString MeterClassName(MeterKind kind) {
     switch (kind) {
@@ -253,8 +266,7 @@ kx::TKxRMeter* CreateMeter(const MeterPreset& preset, double fraction, QWidget* 
     meter->ScaleSettings()->Font()->SetSize(preset.scaleFontSize);
     meter->SetLimitUpper(preset.limitUpper);
     meter->SetLimitLower(preset.limitLower);
-    meter->SetValue(
-        float(ValueAt(fraction, preset.from, preset.to, preset.logarithmic)));
+    meter->SetValue(float(ValueAt(fraction, preset.from, preset.to, preset.logarithmic)));
     meter->Loaded();
     meter->CalcSize();
     return meter;

@@ -7,8 +7,7 @@ namespace kxgallery {
 
 const QStringList& PalettePageNames() {
     static const QStringList names = {QStringLiteral("KxMisc"), QStringLiteral("KxAnalogInd"),
-                                      QStringLiteral("KxAnalogAdj"),
-                                      QStringLiteral("KxBinary")};
+                                      QStringLiteral("KxAnalogAdj"), QStringLiteral("KxBinary")};
     return names;
 }
 

@@ -53,8 +53,7 @@ double ProcessSignal::Advance(double dt) {
 }
 
 double ValueAt(double fraction, double from, double to, bool logarithmic) {
-    if (logarithmic && from > 0.0 && to > 0.0)
-        return from * std::pow(to / from, fraction);
+    if (logarithmic && from > 0.0 && to > 0.0) return from * std::pow(to / from, fraction);
     return from + (to - from) * fraction;
 }
 

@@ -69,7 +69,8 @@ QWidget* RoundMeterPage::buildMeterGrid() {
     layout->setSpacing(10);
     for (int i = 0; i < MeterCount(); ++i)
         layout->addWidget(channels_[size_t(i)].card, i / kColumns, i % kColumns);
-    for (int c = 0; c < kColumns; ++c) layout->setColumnStretch(c, 1);
+    for (int c = 0; c < kColumns; ++c)
+        layout->setColumnStretch(c, 1);
     return grid;
 }
 
@@ -85,7 +86,8 @@ QWidget* RoundMeterPage::buildSidePanel() {
     auto* form = new QFormLayout(settings);
     shapeCombo_ = new QComboBox;
     shapeCombo_->addItem(QStringLiteral("As configured"));
-    for (int s = 0; s < kShapeCount; ++s) shapeCombo_->addItem(QStringLiteral("Shape %1").arg(s));
+    for (int s = 0; s < kShapeCount; ++s)
+        shapeCombo_->addItem(QStringLiteral("Shape %1").arg(s));
     form->addRow(QStringLiteral("Needle"), shapeCombo_);
     stepsSpin_ = new QSpinBox;
     stepsSpin_->setRange(0, kMaxSteps);
@@ -149,11 +151,12 @@ void RoundMeterPage::connectEvents(int index) {
     connect(meter, &kx::TKxAnalogGControl::OnLimit, this,
             [this, index, p](QObject*, bool lower, bool upper) {
                 if (upper)
-                    logEvent(index, QStringLiteral("high limit (%1 %2)")
-                                        .arg(number(p.limitUpper), p.unit));
+                    logEvent(
+                        index,
+                        QStringLiteral("high limit (%1 %2)").arg(number(p.limitUpper), p.unit));
                 else if (lower)
-                    logEvent(index, QStringLiteral("low limit (%1 %2)")
-                                        .arg(number(p.limitLower), p.unit));
+                    logEvent(index,
+                             QStringLiteral("low limit (%1 %2)").arg(number(p.limitLower), p.unit));
                 else
                     logEvent(index, QStringLiteral("limits OK"));
             });
@@ -230,24 +233,24 @@ void RoundMeterPage::applyManual(int ppt) {
 
 void RoundMeterPage::showManualValue() {
     const MeterPreset& p = GalleryMeters().at(size_t(ManualMeter()));
-    manualValue_->setText(QStringLiteral("%1 %2")
-                              .arg(double(Meter(ManualMeter())->Value()), 0, 'f', 1)
-                              .arg(p.unit));
+    manualValue_->setText(
+        QStringLiteral("%1 %2").arg(double(Meter(ManualMeter())->Value()), 0, 'f', 1).arg(p.unit));
 }
 
 void RoundMeterPage::resetMinMax() {
-    for (int i = 0; i < MeterCount(); ++i) Meter(i)->ResetMinMax();
+    for (int i = 0; i < MeterCount(); ++i)
+        Meter(i)->ResetMinMax();
 }
 
 void RoundMeterPage::refreshCaption(int index) {
     const Channel& c = channels_[size_t(index)];
     const MeterPreset& p = GalleryMeters().at(size_t(index));
     const kx::TSignalSettings* s = c.meter->SignalSettings();
-    const QString range = QStringLiteral("%1 %2\u2013%3 %4 \u00B7 %5 steps")
-                              .arg(c.meter->LogScale() ? QStringLiteral("logarithmic")
-                                                       : QStringLiteral("linear"),
-                                   number(s->ValueFrom()), number(s->ValueTo()), p.unit)
-                              .arg(c.meter->ScaleSettings()->Steps());
+    const QString range =
+        QStringLiteral("%1 %2\u2013%3 %4 \u00B7 %5 steps")
+            .arg(c.meter->LogScale() ? QStringLiteral("logarithmic") : QStringLiteral("linear"),
+                 number(s->ValueFrom()), number(s->ValueTo()), p.unit)
+            .arg(c.meter->ScaleSettings()->Steps());
     const int32_t offset = c.meter->SectorSettings()->Offset();
     const QString sectors = offset < 0 ? QStringLiteral("sectors over the scale (%1)").arg(offset)
                                        : QStringLiteral("sectors inside the scale");
@@ -261,7 +264,8 @@ void RoundMeterPage::logEvent(int index, const QString& text) {
     const QString line =
         QStringLiteral("%1 s  %2  %3").arg(SimulatedTime(), 0, 'f', 1).arg(p.name2, text);
     eventLog_->insertItem(0, line);
-    while (eventLog_->count() > kMaxLogEntries) delete eventLog_->takeItem(eventLog_->count() - 1);
+    while (eventLog_->count() > kMaxLogEntries)
+        delete eventLog_->takeItem(eventLog_->count() - 1);
 }
 
 }  // namespace kxgallery

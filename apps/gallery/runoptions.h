@@ -16,8 +16,8 @@ struct RunOptions {
     bool screenshots = false;  // render the pages and exit instead of showing a window
     QString outDir;            // where the pages go (screenshots only)
     bool help = false;
-    QString error;             // a usage error; empty when the arguments are fine
-    QStringList unknown;       // arguments not recognised here (Qt may consume some)
+    QString error;        // a usage error; empty when the arguments are fine
+    QStringList unknown;  // arguments not recognised here (Qt may consume some)
 };
 
 // The default output directory when there is no display and none was given.

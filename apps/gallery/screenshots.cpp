@@ -10,10 +10,15 @@
 #include <QTimer>
 
 #include "gallerywindow.h"
+#include "indicators/rmeter.h"
 #include "pages.h"
+#include "roundmeterpage.h"
 
 namespace kxgallery {
 namespace {
+
+constexpr int kBlinkSettleMs = 1000;
+constexpr int kBlinkPollMs = 4;
 
 // Serves events, timers included, for about ms milliseconds (at least the pending ones).
 void serveEvents(int ms) {
@@ -23,6 +28,30 @@ void serveEvents(int ms) {
     QEventLoop loop;
     QTimer::singleShot(ms, Qt::PreciseTimer, &loop, &QEventLoop::quit);
     loop.exec();
+}
+
+// Blinking needles alternate between two colours; the pictures should not depend on the
+// phase a run happens to end in. Waits (at most about a second) until the blink has just
+// turned to its second colour, which then holds for a whole half-period (about a quarter
+// of a second), enough to grab every page.
+void settleBlinkPhase(GalleryWindow& window) {
+    const RoundMeterPage* page = window.MeterPage();
+    const auto phase = [page]() -> int {  // -1: nothing blinks, 1: second colour
+        for (int i = 0; i < page->MeterCount(); ++i) {
+            const kx::TKxRMeter* m = page->Meter(i);
+            if (m->Blinking()) return m->BlinkColor() == m->BlinkColor2() ? 1 : 0;
+        }
+        return -1;
+    };
+    QElapsedTimer clock;
+    clock.start();
+    bool sawFirstColour = false;
+    while (clock.elapsed() < kBlinkSettleMs) {
+        const int p = phase();
+        if (p < 0 || (p == 1 && sawFirstColour)) return;
+        sawFirstColour = sawFirstColour || p == 0;
+        serveEvents(kBlinkPollMs);
+    }
 }
 
 }  // namespace
@@ -66,14 +95,15 @@ QStringList WritePages(GalleryWindow& window, const QString& dir, QTextStream& o
     return written;
 }
 
-int RunScreenshots(GalleryWindow& window, const QString& dir, QTextStream& out,
-                   QTextStream& err, int realMs) {
+int RunScreenshots(GalleryWindow& window, const QString& dir, QTextStream& out, QTextStream& err,
+                   int realMs) {
     window.StopSimulation();
     window.setAttribute(Qt::WA_DontShowOnScreen);
     window.resize(kScreenshotSize);
     window.show();
     serveEvents(0);
     RunSimulation(window, kScreenshotSteps, realMs);
+    if (realMs > 0) settleBlinkPhase(window);
     const QStringList written = WritePages(window, dir, out, err);
     return written.size() == window.PageCount() ? 0 : 1;
 }

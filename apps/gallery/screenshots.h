@@ -32,7 +32,7 @@ QStringList WritePages(GalleryWindow& window, const QString& dir, QTextStream& o
 
 // The whole headless run on a window made for it: fixed size, simulation, pages.
 // Returns the process exit code: 0 when every page was written, 1 otherwise.
-int RunScreenshots(GalleryWindow& window, const QString& dir, QTextStream& out,
-                   QTextStream& err, int realMs = kScreenshotRealMs);
+int RunScreenshots(GalleryWindow& window, const QString& dir, QTextStream& out, QTextStream& err,
+                   int realMs = kScreenshotRealMs);
 
 }  // namespace kxgallery

@@ -521,7 +521,11 @@ void TCanvas::SetPixel(int32_t x, int32_t y, TColor c) {
 void TCanvas::SetClipRegion(const QRegion& region) {
     clip_ = region;
     hasClip_ = true;
-    if (painter_) painter_->setClipRegion(region);
+    if (painter_) {
+        // Once clipping was switched off, a new region takes effect only when it is on again.
+        painter_->setClipping(true);
+        painter_->setClipRegion(region);
+    }
 }
 
 void TCanvas::ClearClipRegion() {

@@ -164,59 +164,7 @@ INSTANTIATE_TEST_SUITE_P(
                    On<TKxSBevel>([](auto& o) { o.SurfaceGrad()->SetVisible(true); })}),
     [](const auto& info) { return std::string(info.param.Name); });
 
-// The published names and initial values, read through the property system as the
-// designer and form persistence see them.
-struct DefaultCase {
-    const char* Class;
-    Factory Create;
-    const char* Property;
-    QVariant Expected;
-};
-void PrintTo(const DefaultCase& c, std::ostream* os) {
-    *os << c.Class << "." << c.Property;
-}
-
-class PublishedDefaults : public ::testing::TestWithParam<DefaultCase> {};
-
-TEST_P(PublishedDefaults, PropertyHasItsInitialValue) {
-    auto obj = GetParam().Create();
-    const QVariant v = obj->property(GetParam().Property);
-    ASSERT_TRUE(v.isValid()) << GetParam().Class << "." << GetParam().Property;
-    EXPECT_EQ(v, GetParam().Expected) << GetParam().Class << "." << GetParam().Property;
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    AllClasses, PublishedDefaults,
-    ::testing::Values(
-        DefaultCase{"BevelSettings", Make<TKxBevelSettings>(), "ColorFrom", int(clWhite)},
-        DefaultCase{"BevelSettings", Make<TKxBevelSettings>(), "ColorTo", 0x737373},
-        DefaultCase{"BevelSettings", Make<TKxBevelSettings>(), "Width", 2},
-        DefaultCase{"LineSettings", Make<TKxLineSettings>(), "Visible", true},
-        DefaultCase{"Text", Make<TKxText>(), "Pos", int(toTopLeft)},
-        DefaultCase{"Text", Make<TKxText>(), "Visible", true},
-        DefaultCase{"GradSettings", Make<TKxGradSettings>(), "ColorFrom", 0xE2E2E2},
-        DefaultCase{"GradSettings", Make<TKxGradSettings>(), "ColorTo", 0x8F8F8F},
-        DefaultCase{"GradSettings", Make<TKxGradSettings>(), "Visible", false},
-        DefaultCase{"GradSettings", Make<TKxGradSettings>(), "Style", int(gsHorizontal1)},
-        DefaultCase{"Arrow", Make<TArrowSettings>(), "ColorBrush", int(clLime)},
-        DefaultCase{"Arrow", Make<TArrowSettings>(), "ColorCP2Brush", int(clBtnFace)},
-        DefaultCase{"LED", Make<TLED>(), "ColorOn", int(clLime)},
-        DefaultCase{"LED", Make<TLED>(), "ColorOff", int(clBtnFace)},
-        DefaultCase{"LED", Make<TLED>(), "Width", 13},
-        DefaultCase{"LED", Make<TLED>(), "Height", 13},
-        DefaultCase{"BtnBevel", Make<TKxBtnBevel>(), "ShadowColTo", int(clBtnShadow)},
-        DefaultCase{"BtnBevel", Make<TKxBtnBevel>(), "HighlightColFrom", 0xD2D2D2},
-        DefaultCase{"BtnBevel", Make<TKxBtnBevel>(), "HighlightColTo", int(clBtnHighlight)},
-        DefaultCase{"MinMax", Make<TMinMax>(), "Max", -9999999.0f},
-        DefaultCase{"MinMax", Make<TMinMax>(), "Min", 9999999.0f},
-        DefaultCase{"MinMax", Make<TMinMax>(), "MaxColor", int(clAqua)},
-        DefaultCase{"MinMax", Make<TMinMax>(), "UseSectorCol", true},
-        DefaultCase{"SBevel", Make<TKxSBevel>(), "Spacing", 5},
-        DefaultCase{"SBevel", Make<TKxSBevel>(), "Width", 2},
-        DefaultCase{"SBevel", Make<TKxSBevel>(), "Color", int(clBtnFace)},
-        DefaultCase{"SBevel", Make<TKxSBevel>(), "ColorHighLightTo", int(clBtnHighlight)},
-        DefaultCase{"SBevel", Make<TKxSBevel>(), "PenColor", int(clBlack)}));
-
+// Enumerations and nested objects as the designer and form persistence see them.
 TEST(PublishedObjects, EnumAndNestedObjectProperties) {
     TKxSBevel bevel;
     EXPECT_EQ(bevel.property("Style").value<TBevelStyle>(), bsRaised);

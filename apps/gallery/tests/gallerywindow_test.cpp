@@ -87,7 +87,8 @@ TEST(Screenshots, FailingToWriteGivesExitCodeOne) {
 }
 
 TEST(Screenshots, FileNamesFollowThePageNames) {
-    EXPECT_EQ(ScreenshotFileName(QStringLiteral("KxBinary")), QStringLiteral("gallery-KxBinary.png"));
+    EXPECT_EQ(ScreenshotFileName(QStringLiteral("KxBinary")),
+              QStringLiteral("gallery-KxBinary.png"));
 }
 
 }  // namespace

@@ -28,7 +28,8 @@ TEST(ProcessSignal, StartTimeShiftsThePhaseOfTheWaves) {
     // Without noise a signal started at t0 reads what one started at 0 reads at t0.
     const ProcessProfile p{0.4, {{{0.3, 8.0, 0.0}, {}, {}}}, 0.0};
     ProcessSignal late(p, 1, 2.0), early(p, 1, 0.0);
-    for (int i = 0; i < 40; ++i) early.Advance(kDt);
+    for (int i = 0; i < 40; ++i)
+        early.Advance(kDt);
     EXPECT_NEAR(late.Fraction(), early.Fraction(), 1e-9);
     EXPECT_NEAR(late.Fraction(), 0.4 + 0.3 * std::sin(2.0 * std::numbers::pi * 2.0 / 8.0), 1e-9);
 }
@@ -54,9 +55,10 @@ TEST_P(GalleryProcess, IsSmoothCrossesTheLimitsAndLeavesTheRangeNowAndThen) {
     const MeterPreset& preset = GalleryMeters().at(GetParam());
     ProcessSignal s(preset.process, 99, 0.0);
     constexpr int kSteps = 20 * 60 * 10;  // ten minutes at 20 steps per second
-    const auto fractionOf = [&](float v) {
-        if (preset.logarithmic) return std::log(v / preset.from) / std::log(preset.to / preset.from);
-        return double(v - preset.from) / double(preset.to - preset.from);
+    const auto fractionOf = [&](double v) {
+        const double from = preset.from, to = preset.to;
+        if (preset.logarithmic) return std::log(v / from) / std::log(to / from);
+        return (v - from) / (to - from);
     };
     const double lowerLimit = fractionOf(preset.limitLower);
     const double upperLimit = fractionOf(preset.limitUpper);
@@ -91,12 +93,12 @@ TEST(ValueAt, MapsFractionsOntoLinearAndLogarithmicRanges) {
         double expected;
     };
     const Case cases[] = {
-        {0.0, 0.0, 16.0, false, 0.0},       {1.0, 0.0, 16.0, false, 16.0},
-        {0.25, 0.0, 16.0, false, 4.0},      {-0.1, 0.0, 250.0, false, -25.0},
-        {1.1, 0.0, 250.0, false, 275.0},    {0.5, 1.0, 10000.0, true, 100.0},
-        {0.25, 1.0, 10000.0, true, 10.0},   {-0.25, 1.0, 10000.0, true, 0.1},
-        {1.25, 1.0, 10000.0, true, 1e5},    {0.5, 0.0, 100.0, true, 50.0},  // start 0: linear
-        {0.5, -10.0, 10.0, true, 0.0},                                      // negative: linear
+        {0.0, 0.0, 16.0, false, 0.0},     {1.0, 0.0, 16.0, false, 16.0},
+        {0.25, 0.0, 16.0, false, 4.0},    {-0.1, 0.0, 250.0, false, -25.0},
+        {1.1, 0.0, 250.0, false, 275.0},  {0.5, 1.0, 10000.0, true, 100.0},
+        {0.25, 1.0, 10000.0, true, 10.0}, {-0.25, 1.0, 10000.0, true, 0.1},
+        {1.25, 1.0, 10000.0, true, 1e5},  {0.5, 0.0, 100.0, true, 50.0},  // start 0: linear
+        {0.5, -10.0, 10.0, true, 0.0},                                    // negative: linear
     };
     for (const Case& c : cases)
         EXPECT_NEAR(ValueAt(c.fraction, c.from, c.to, c.log), c.expected,

@@ -43,8 +43,8 @@ TEST(RoundMeterPage, ShowsTheConfigurationsTheGalleryPromises) {
         EXPECT_TRUE(m->IsLoaded());
         EXPECT_EQ(m->UpdateCount(), 0) << "meter " << i << " still in its update phase";
     }
-    EXPECT_EQ(classes, (std::set<QString>{"kx::TKx120Meter", "kx::TKx180Meter",
-                                          "kx::TKx270Meter"}));
+    EXPECT_EQ(classes,
+              (std::set<QString>{"kx::TKx120Meter", "kx::TKx180Meter", "kx::TKx270Meter"}));
     EXPECT_EQ(shapes, (std::set<int32_t>{0, 1, 2, 3, 4, 5, 6, 7}));
     EXPECT_TRUE(logarithmic);
     EXPECT_TRUE(sectorsOver);
@@ -59,7 +59,8 @@ TEST(RoundMeterPage, ShowsTheConfigurationsTheGalleryPromises) {
 // chosen so that they show every state worth seeing.
 TEST(RoundMeterPage, ScreenshotPhaseShowsOverflowLimitAlarmAndSpreadMarks) {
     RoundMeterPage page(GalleryWindow::kStartTime);
-    for (int i = 0; i < kScreenshotSteps; ++i) page.Step(GalleryWindow::kStepSeconds);
+    for (int i = 0; i < kScreenshotSteps; ++i)
+        page.Step(GalleryWindow::kStepSeconds);
     int over = 0, alarm = 0, spread = 0;
     for (int i = 0; i < page.MeterCount(); ++i) {
         const kx::TKxRMeter* m = page.Meter(i);
@@ -84,12 +85,14 @@ TEST(RoundMeterPage, ScreenshotPhaseShowsOverflowLimitAlarmAndSpreadMarks) {
 TEST(RoundMeterPage, NeedleComboSetsEveryMeterAndEntryZeroRestoresTheirOwn) {
     RoundMeterPage page(0.0);
     std::vector<int32_t> own;
-    for (int i = 0; i < page.MeterCount(); ++i) own.push_back(page.Meter(i)->ArrowSettings()->Shape());
+    for (int i = 0; i < page.MeterCount(); ++i)
+        own.push_back(page.Meter(i)->ArrowSettings()->Shape());
     for (int shape = 0; shape < 8; ++shape) {
         page.ShapeCombo()->setCurrentIndex(shape + 1);
         for (int i = 0; i < page.MeterCount(); ++i) {
             EXPECT_EQ(page.Meter(i)->ArrowSettings()->Shape(), shape);
-            EXPECT_TRUE(page.Card(i)->CaptionText().contains(QStringLiteral("needle %1").arg(shape)));
+            EXPECT_TRUE(
+                page.Card(i)->CaptionText().contains(QStringLiteral("needle %1").arg(shape)));
         }
     }
     page.ShapeCombo()->setCurrentIndex(0);
@@ -100,7 +103,8 @@ TEST(RoundMeterPage, NeedleComboSetsEveryMeterAndEntryZeroRestoresTheirOwn) {
 TEST(RoundMeterPage, StepsBoxSetsEveryScaleAndZeroRestoresTheirOwn) {
     RoundMeterPage page(0.0);
     std::vector<int32_t> own;
-    for (int i = 0; i < page.MeterCount(); ++i) own.push_back(page.Meter(i)->ScaleSettings()->Steps());
+    for (int i = 0; i < page.MeterCount(); ++i)
+        own.push_back(page.Meter(i)->ScaleSettings()->Steps());
     for (int steps : {1, 7, 20}) {
         page.StepsSpin()->setValue(steps);
         for (int i = 0; i < page.MeterCount(); ++i)
@@ -145,11 +149,14 @@ TEST(RoundMeterPage, PauseFreezesTheProcessesAndHandsOneMeterToTheSlider) {
     EXPECT_TRUE(page.ManualSlider()->isEnabled());
     EXPECT_EQ(manual->Value(), running);
     std::vector<float> frozen;
-    for (int i = 0; i < page.MeterCount(); ++i) frozen.push_back(page.Meter(i)->Value());
+    for (int i = 0; i < page.MeterCount(); ++i)
+        frozen.push_back(page.Meter(i)->Value());
     const double time = page.SimulatedTime();
-    for (int k = 0; k < 10; ++k) page.Step(GalleryWindow::kStepSeconds);
+    for (int k = 0; k < 10; ++k)
+        page.Step(GalleryWindow::kStepSeconds);
     EXPECT_EQ(page.SimulatedTime(), time);
-    for (int i = 0; i < page.MeterCount(); ++i) EXPECT_EQ(page.Meter(i)->Value(), frozen[size_t(i)]);
+    for (int i = 0; i < page.MeterCount(); ++i)
+        EXPECT_EQ(page.Meter(i)->Value(), frozen[size_t(i)]);
 
     struct Case {
         int ppt;
@@ -200,7 +207,8 @@ TEST(RoundMeterPage, EventLogListsLimitAndRangeTransitionsNewestFirst) {
 
 TEST(RoundMeterPage, ResetMinMaxCollapsesTheMarksOntoTheReading) {
     RoundMeterPage page(GalleryWindow::kStartTime);
-    for (int k = 0; k < 40; ++k) page.Step(GalleryWindow::kStepSeconds);
+    for (int k = 0; k < 40; ++k)
+        page.Step(GalleryWindow::kStepSeconds);
     page.ResetButton()->click();
     for (int i = 0; i < page.MeterCount(); ++i) {
         EXPECT_EQ(page.Meter(i)->MinPPT(), page.Meter(i)->PPT()) << i;

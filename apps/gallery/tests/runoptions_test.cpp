@@ -47,7 +47,12 @@ TEST(RunOptions, ParsesArgumentsAndFallsBackToScreenshotsWhenHeadless) {
         {{"--screenshot="}, headless, false, "", true, false, {}},
         {{"--help"}, window, false, "", false, true, {}},
         {{"-h", "--bogus"}, window, false, "", false, true, {"--bogus"}},
-        {{"-platform", "xcb", "--screenshot", "x"}, window, true, "x", false, false,
+        {{"-platform", "xcb", "--screenshot", "x"},
+         window,
+         true,
+         "x",
+         false,
+         false,
          {"-platform", "xcb"}},
     };
     for (const Case& c : cases) {
