@@ -1,5 +1,8 @@
 #include "framework/analogcontrol.h"
 
+#include <QPointer>
+#include <algorithm>
+
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -194,10 +197,15 @@ void TKxAnalogGControl::ValueChange() {
     updateTexts();
     const TSignalSettings& s = *signalSettings_;
     ppt_ = Round(1000.0 / s.TotalDigit() * (double(digit_) - double(s.DigitalFrom())));
-    evaluateSectors();
+    // Any handler may delete the control (it should use deleteLater, but must not crash us).
+    QPointer<TKxAnalogGControl> alive(this);
+    if (!evaluateSectors(alive)) return;
     LimitCheck();
+    if (!alive) return;
     evaluateRange();
-    trackExtremes();
+    if (!alive) return;
+    trackExtremes(alive);
+    if (!alive) return;
     SetHint();
     emit OnValueChange(this);
 }
@@ -222,26 +230,30 @@ void TKxAnalogGControl::updateTexts() {
     }
 }
 
-void TKxAnalogGControl::evaluateSectors() {
+bool TKxAnalogGControl::evaluateSectors(const QPointer<TKxAnalogGControl>& alive) {
     const TSectorSettings& s = *sectorSettings_;
     const bool in1 = s.Sector1From() <= ppt_ && ppt_ <= s.Sector1To();
     if (in1) sectorColor_ = s.Sector1Color();
     if (in1 != inSector1_) {
         inSector1_ = in1;
         emit OnSectorChange(this, true, false, false, in1);
+        if (!alive) return false;
     }
     const bool in2 = s.Sector2From() <= ppt_ && ppt_ <= s.Sector2To();
     if (in2) sectorColor_ = s.Sector2Color();
     if (in2 != inSector2_) {
         inSector2_ = in2;
         emit OnSectorChange(this, false, true, false, in2);
+        if (!alive) return false;
     }
     const bool in3 = s.Sector3From() <= ppt_ && ppt_ <= s.Sector3To();
     if (in3) sectorColor_ = s.Sector3Color();
     if (in3 != inSector3_) {
         inSector3_ = in3;
         emit OnSectorChange(this, false, false, true, in3);
+        if (!alive) return false;
     }
+    return true;
 }
 
 void TKxAnalogGControl::LimitCheck() {
@@ -262,7 +274,7 @@ void TKxAnalogGControl::evaluateRange() {
             OverflowChange(ppt_);
             emit OnOverflow(this, ppt_);
         }
-        ppt_ = 0;
+        ppt_ = std::max(ppt_, 0);  // a handler may have re-entered with a new reading
     } else if (ppt_ >= 1001) {
         if (!overflowHigh_) {
             overflowHigh_ = true;
@@ -270,7 +282,7 @@ void TKxAnalogGControl::evaluateRange() {
             OverflowChange(ppt_);
             emit OnOverflow(this, ppt_);
         }
-        ppt_ = 1000;
+        ppt_ = std::min(ppt_, 1000);
     } else if (overflowHigh_ || overflowLow_) {
         overflowHigh_ = false;
         overflowLow_ = false;
@@ -279,7 +291,7 @@ void TKxAnalogGControl::evaluateRange() {
     }
 }
 
-void TKxAnalogGControl::trackExtremes() {
+void TKxAnalogGControl::trackExtremes(const QPointer<TKxAnalogGControl>& alive) {
     if (Designing()) {
         maxPPT_ = ppt_;
         minPPT_ = ppt_;
@@ -290,6 +302,7 @@ void TKxAnalogGControl::trackExtremes() {
         minMax_->SetMinDirect(value_, Now());
         minPPT_ = ppt_;
         if (old != kNoMin) MinMaxChange(this);
+        if (!alive) return;
     }
     if (value_ > minMax_->Max()) {
         const float old = minMax_->Max();
@@ -301,8 +314,9 @@ void TKxAnalogGControl::trackExtremes() {
 }
 
 void TKxAnalogGControl::MinMaxChange(QObject*) {
+    QPointer<TKxAnalogGControl> alive(this);
     emit OnMinMaxChange(this);
-    ValueChange();
+    if (alive) ValueChange();
 }
 
 void TKxAnalogGControl::OverflowChange(int32_t) {}

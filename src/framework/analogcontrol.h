@@ -36,6 +36,7 @@
 //    clipped but defined positions;
 //  - an empty digit span (TotalDigit 0) puts the reading at PPT 0 when Digit equals
 //    DigitalFrom and at the saturated end of its side otherwise.
+#include <QPointer>
 #include <QString>
 #include <cstdint>
 
@@ -174,6 +175,8 @@ class TKxAnalogGControl : public TKxGraphicControl {
     void OnOverflow(QObject* sender, int PPT);
     void OnSectorChange(QObject* sender, bool Sector1, bool Sector2, bool Sector3, bool Enter);
     void OnSettingsChange(QObject* sender);
+    // Handlers run inside the setter; one that wants to delete the control uses
+    // deleteLater(), since the evaluation goes on after most events.
     void OnValueChange(QObject* sender);
     void OnLimit(QObject* sender, bool Lower, bool Upper);
 
@@ -214,9 +217,9 @@ class TKxAnalogGControl : public TKxGraphicControl {
     int32_t logDigit(float v) const;
     void calcLog();
     void updateTexts();
-    void evaluateSectors();
+    bool evaluateSectors(const QPointer<TKxAnalogGControl>& alive);
     void evaluateRange();
-    void trackExtremes();
+    void trackExtremes(const QPointer<TKxAnalogGControl>& alive);
     QString buildHint() const;
 
     TFont* font_;

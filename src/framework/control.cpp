@@ -58,7 +58,9 @@ void TKxControl::ensureSurfaceSize() {
     if (surface_.Width() == width() && surface_.Height() == height()) return;
     surface_.SetSize(width(), height());
     surface_.ClearTransparent();
-    paintPending_ = true;
+    // A control that sizes itself at the start of its Paint draws the rest into the new
+    // surface; only a resize from outside needs another Paint.
+    if (!inPaint_) paintPending_ = true;
     redrawNeeded_ = true;
 }
 
@@ -71,7 +73,8 @@ void TKxControl::surfaceTouched() {
 void TKxControl::PaintToSurface() {
     if (!loaded_) Loaded();
     ensureSurfaceSize();
-    if (!paintPending_) return;
+    // Nothing is drawn during an update phase; the surface keeps its last picture.
+    if (!paintPending_ || updateCount_ > 0) return;
     paintPending_ = false;
     const bool wasInPaint = inPaint_;
     inPaint_ = true;
@@ -85,6 +88,10 @@ bool TKxControl::event(QEvent* e) {
     switch (e->type()) {
         case QEvent::Polish:
             if (!loaded_) Loaded();
+            break;
+        case QEvent::Show:
+            // Readings that arrived while hidden were not drawn.
+            Invalidate();
             break;
         case QEvent::ToolTip:
             if (showHint_) {

@@ -49,7 +49,9 @@ class TKxControl : public QWidget, public TKxFlashClient {
     void SetRedrawNeeded(bool v) { redrawNeeded_ = v; }
 
     // Brings the surface up to date now (resizing it and running a pending Paint)
-    // without waiting for the screen; headless renders and benchmarks use it.
+    // without waiting for the screen; headless renders and benchmarks use it. Does
+    // nothing during an update phase. A control may resize itself at the start of its
+    // Paint (auto-size); the rest of that Paint then draws into the resized surface.
     void PaintToSurface();
 
     // Visible unless explicitly hidden, whether or not a window shows it yet.

@@ -1,5 +1,6 @@
 #include "indicators/rmeter.h"
 
+#include <QPointer>
 #include <algorithm>
 
 #include "blink/flashtimer.h"
@@ -107,6 +108,8 @@ void TKxRMeter::SetScaleSettings(const TScaleSettings* v) {
 
 void TKxRMeter::SetOptions(TRMeterOptions v) {
     options_ = v;
+    // Turning off the option that made the needle blink stops the blinking at once.
+    if (blinking_) PointerFlash();
     requestRepaint();
 }
 
@@ -260,6 +263,8 @@ void TKxRMeter::Paint() {
     paintScale(r);
     paintUnit(r);
     buildNeedleField();
+    // A failed capture (an empty scale area) must not leave the previous layout's image.
+    background_.SetSize(0, 0);
     GetBkUpImage(c, background_, scaleRect_);
     buildMarkerTemplate();
     ValueChange();
@@ -284,7 +289,8 @@ bool TKxRMeter::SectorArc(int32_t from, int32_t to, int32_t startAngle, int32_t 
         start = startAngle;
         extent = Round(double(f) * std::min(1000, to));
     }
-    return true;
+    // An extent that rounds to nothing would be a full circle to the pie.
+    return extent != 0;
 }
 
 int32_t TKxRMeter::NeedlePosition() const {
@@ -454,13 +460,16 @@ void TKxRMeter::drawNeedle(TCanvas& w, float angle) {
 }
 
 void TKxRMeter::ValueChange() {
-    drawingNeedle_ = true;
+    ++drawingNeedle_;
+    // An event handler may delete the meter; then there is nothing left to draw.
+    QPointer<TKxRMeter> alive(this);
     TKxAnalogGControl::ValueChange();
+    if (!alive) return;
     if (!tooSmall_ && !background_.Empty() && Visible()) {
         DrawPointer(&Canvas(), scaleSettings_->PointerColor());
         lastDrawn_ = PPT();
     }
-    drawingNeedle_ = false;
+    --drawingNeedle_;
 }
 
 void TKxRMeter::OverflowChange(int32_t) { PointerFlash(); }
@@ -481,7 +490,7 @@ void TKxRMeter::PointerFlash() {
 }
 
 void TKxRMeter::WMFlash(TMessage& message) {
-    if (!Visible() || drawingNeedle_ || tooSmall_) return;
+    if (!Visible() || drawingNeedle_ > 0 || tooSmall_) return;
     blinkColor_ = message.LParam != 0 ? BlinkColor2() : BlinkColor1();
     DrawPointer(&Canvas(), blinkColor_);
 }

@@ -15,6 +15,10 @@
 //    for every composition).
 //  - The needle shows readings outside the range past the arc's ends, as far as a stop
 //    30 per mille beyond either end (NeedlePosition), like the pin of a real meter.
+//  - Every full Paint ends with a reading evaluation, so OnValueChange fires then too;
+//    keep its handlers light and leave geometry alone in them.
+//  - Clearing opOverflow or opLimit while the needle blinks for that reason stops it.
+//  - A sector whose extent rounds to 0 degrees is skipped like a too-short one.
 //  - The header style bytes of the needle field mean: byte 1 = the outline takes the
 //    blink colour too, byte 4 = radius of the first centre cap, byte 5 = of the second.
 #include <array>
@@ -154,7 +158,7 @@ private:
     std::array<TPoint, 6> markers_{};
     bool blinking_ = false;
     TColor blinkColor_ = clRed;
-    bool drawingNeedle_ = false;
+    int32_t drawingNeedle_ = 0;  // depth of ValueChange runs (they nest on new extremes)
     int32_t lastDrawn_ = -1;
     TComposeAreas last_{};
     bool lastBoundsValid_ = false;

@@ -45,46 +45,41 @@ TEST_F(TKxFlashTest, TicksOnlyOnceAHandlerIsAssigned) {
     EXPECT_EQ(senders, (std::vector<QObject*>{&flash, &flash}));
 }
 
-struct StopCase {
-    const char* Name;
-    std::function<void(TKxFlash&)> Stop;
-    std::function<void(TKxFlash&, const TKxFlash::TNotifyEvent&)> Restore;
-    uint32_t RestoredInterval;
-};
-
-class TKxFlashStopTest : public TKxFlashTest, public ::testing::WithParamInterface<StopCase> {};
-
-TEST_P(TKxFlashStopTest, StoppingAndRestoringTheTicks) {
-    const StopCase& c = GetParam();
-    TKxFlash flash;
-    int calls = 0;
-    const TKxFlash::TNotifyEvent count = [&calls](QObject*) { ++calls; };
-    flash.SetOnTimer(count);
-    flash.SetInterval(40);
-    c.Stop(flash);
-    EXPECT_FALSE(Source(flash).Active());
-    Source(flash).Fire();
-    EXPECT_EQ(calls, 0);
-
-    c.Restore(flash, count);
-    EXPECT_TRUE(Source(flash).Active());
-    EXPECT_EQ(Source(flash).Interval(), c.RestoredInterval);
-    Source(flash).Fire();
-    EXPECT_EQ(calls, 1);
+TEST_F(TKxFlashTest, StoppingAndRestoringTheTicks) {
+    using Handler = TKxFlash::TNotifyEvent;
+    const struct {
+        const char* Name;
+        void (*Stop)(TKxFlash&);
+        void (*Restore)(TKxFlash&, const Handler&);
+        uint32_t RestoredInterval;
+    } cases[] = {
+        {"Enabled", [](TKxFlash& f) { f.SetEnabled(false); },
+         [](TKxFlash& f, const Handler&) { f.SetEnabled(true); }, 40},
+        {"Enabled by property", [](TKxFlash& f) { f.setProperty("Enabled", false); },
+         [](TKxFlash& f, const Handler&) { f.setProperty("Enabled", true); }, 40},
+        {"Interval zero", [](TKxFlash& f) { f.SetInterval(0); },
+         [](TKxFlash& f, const Handler&) { f.SetInterval(25); }, 25},
+        {"handler cleared", [](TKxFlash& f) { f.SetOnTimer(nullptr); },
+         [](TKxFlash& f, const Handler& h) { f.SetOnTimer(h); }, 40},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.Name);
+        TKxFlash flash;
+        int calls = 0;
+        const Handler count = [&calls](QObject*) { ++calls; };
+        flash.SetOnTimer(count);
+        flash.SetInterval(40);
+        c.Stop(flash);
+        EXPECT_FALSE(Source(flash).Active());
+        Source(flash).Fire();
+        EXPECT_EQ(calls, 0);
+        c.Restore(flash, count);
+        EXPECT_TRUE(Source(flash).Active());
+        EXPECT_EQ(Source(flash).Interval(), c.RestoredInterval);
+        Source(flash).Fire();
+        EXPECT_EQ(calls, 1);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Conditions, TKxFlashStopTest,
-    ::testing::Values(StopCase{"Enabled", [](TKxFlash& f) { f.SetEnabled(false); },
-                               [](TKxFlash& f, auto&) { f.SetEnabled(true); }, 40},
-                      StopCase{"EnabledByProperty",
-                               [](TKxFlash& f) { f.setProperty("Enabled", false); },
-                               [](TKxFlash& f, auto&) { f.setProperty("Enabled", true); }, 40},
-                      StopCase{"IntervalZero", [](TKxFlash& f) { f.SetInterval(0); },
-                               [](TKxFlash& f, auto&) { f.SetInterval(25); }, 25},
-                      StopCase{"HandlerCleared", [](TKxFlash& f) { f.SetOnTimer(nullptr); },
-                               [](TKxFlash& f, auto& handler) { f.SetOnTimer(handler); }, 40}),
-    [](const auto& info) { return std::string(info.param.Name); });
 
 TEST_F(TKxFlashTest, OnlyRealChangesRestartTheTicks) {
     TKxFlash flash;

@@ -155,45 +155,37 @@ TEST_F(FlashServiceTest, ForgottenSubscriptionIsWithdrawnWhenTheClientDies) {
 
 // ---- Interval pulses -----------------------------------------------------------
 
-struct IntervalCase {
-    const char* Name;
-    int64_t Lateness;  // ms after the due time at which the tick runs
-    bool Pulse;
-    intptr_t LParam;
-    int64_t NextDueFromNow;
-};
-
-class IntervalTest : public FlashServiceTest, public ::testing::WithParamInterface<IntervalCase> {};
-
-TEST_P(IntervalTest, LatenessIsAbsorbedUpToOneSecond) {
-    const IntervalCase& c = GetParam();
-    Log log;
-    TLoggingClient a("a", log);
-    FakeClock().SetTicks(1000);
-    AddControl(&a, 100);  // due at 1100
-    const uint32_t now = static_cast<uint32_t>(1100 + c.Lateness);
-    FakeClock().SetTicks(now);
-    RunFlashTick();
-    if (!c.Pulse) {
-        EXPECT_TRUE(log.empty());
-        EXPECT_EQ(FlashList()[0]->NextPulseTime, 1100);
-        return;
+TEST_F(FlashServiceTest, IntervalLatenessIsAbsorbedUpToOneSecond) {
+    const struct {
+        const char* Name;
+        int64_t Lateness;  // ms after the due time at which the tick runs
+        bool Pulse;
+        intptr_t LParam;
+        int64_t NextDueFromNow;
+    } cases[] = {
+        {"early", -1, false, 0, 0},
+        {"on time", 0, true, 0, 100},
+        {"late 30", 30, true, 30, 70},
+        {"late one second catches up", 1000, true, 1000, -900},
+        {"late over one second restarts", 1001, true, 0, 100},
+        {"late 1500 restarts", 1500, true, 0, 100},
+        // A 32-bit difference beyond 2^31 reads as negative lateness.
+        {"late beyond half the range", 0x90000000LL, true, 0, 100},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.Name);
+        ResetFlashService();
+        Log log;
+        TLoggingClient a("a", log);
+        FakeClock().SetTicks(1000);
+        AddControl(&a, 100);  // due at 1100
+        const uint32_t now = static_cast<uint32_t>(1100 + c.Lateness);
+        FakeClock().SetTicks(now);
+        RunFlashTick();
+        EXPECT_EQ(log, (c.Pulse ? Log{{"a", 1, c.LParam}} : Log{}));
+        EXPECT_EQ(FlashList()[0]->NextPulseTime, c.Pulse ? int64_t{now} + c.NextDueFromNow : 1100);
     }
-    EXPECT_EQ(log, (Log{{"a", 1, c.LParam}}));
-    EXPECT_EQ(FlashList()[0]->NextPulseTime, int64_t{now} + c.NextDueFromNow);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Lateness, IntervalTest,
-    ::testing::Values(IntervalCase{"Early", -1, false, 0, 0},
-                      IntervalCase{"OnTime", 0, true, 0, 100},
-                      IntervalCase{"Late30", 30, true, 30, 70},
-                      IntervalCase{"LateOneSecondCatchesUp", 1000, true, 1000, -900},
-                      IntervalCase{"LateOverOneSecondRestarts", 1001, true, 0, 100},
-                      IntervalCase{"Late1500Restarts", 1500, true, 0, 100},
-                      // A 32-bit difference beyond 2^31 reads as negative lateness.
-                      IntervalCase{"LateBeyondHalfRange", 0x90000000LL, true, 0, 100}),
-    [](const auto& info) { return std::string(info.param.Name); });
 
 // ---- Second pulses -------------------------------------------------------------
 
@@ -233,80 +225,69 @@ TEST_F(FlashServiceTest, SecondBacklogIsWorkedOffOnePulsePerTick) {
 
 enum class WalkAction { DeleteSelf, DeleteLater, DeleteEarlier, DestroySelf, Clear, AddNew };
 
-struct WalkCase {
-    const char* Name;
-    int Actor;  // index of the client whose handler acts, on its first pulse
-    WalkAction Action;
-    Log Expected;  // pulses of ticks 4 and 5
-};
-
-class WalkTest : public FlashServiceTest, public ::testing::WithParamInterface<WalkCase> {};
-
-TEST_P(WalkTest, HandlersMayChangeTheListWhileItIsWalked) {
-    const WalkCase& c = GetParam();
+// "a4 c4" for pulses of a and c on tick 4, each switching the state on.
+Log Pulses(const std::string& text) {
     Log log;
-    std::vector<std::unique_ptr<TLoggingClient>> clients;
-    for (const char* name : {"a", "b", "c"}) {
-        clients.push_back(std::make_unique<TLoggingClient>(name, log));
-        AddControl(clients.back().get(), 2);
-    }
-    auto added = std::make_unique<TLoggingClient>("d", log);
-    bool done = false;
-    clients[c.Actor]->OnPulse = [&](TLoggingClient& self) {
-        if (std::exchange(done, true)) return;
-        switch (c.Action) {
-            case WalkAction::DeleteSelf:
-                DelControl(&self);
-                break;
-            case WalkAction::DeleteLater:
-                DelControl(clients[2].get());
-                break;
-            case WalkAction::DeleteEarlier:
-                DelControl(clients[0].get());
-                break;
-            case WalkAction::DestroySelf:
-                clients[c.Actor].reset();  // the destructor unsubscribes
-                break;
-            case WalkAction::Clear:
-                ClearFlashList();
-                break;
-            case WalkAction::AddNew:
-                AddControl(added.get(), 2);
-                break;
-        }
-    };
-    Ticks(5);
-    EXPECT_EQ(log, c.Expected);
+    for (size_t i = 0; i + 1 < text.size(); i += 3)
+        log.push_back({text.substr(i, 1), text[i + 1] - '0', 1});
+    return log;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Removal, WalkTest,
-    ::testing::Values(
+TEST_F(FlashServiceTest, HandlersMayChangeTheListWhileItIsWalked) {
+    const struct {
+        const char* Name;
+        int Actor;  // index of the client whose handler acts, on its first pulse
+        WalkAction Action;
+        const char* Expected;  // pulses of ticks 4 and 5
+    } cases[] = {
         // The entry moving into a freed place waits for the next tick.
-        WalkCase{"FirstDeletesItself",
-                 0,
-                 WalkAction::DeleteSelf,
-                 {{"a", 4, 1}, {"c", 4, 1}, {"b", 5, 1}}},
-        WalkCase{"MiddleDestroysItself",
-                 1,
-                 WalkAction::DestroySelf,
-                 {{"a", 4, 1}, {"b", 4, 1}, {"c", 5, 1}}},
-        WalkCase{"LastDeletesItself",
-                 2,
-                 WalkAction::DeleteSelf,
-                 {{"a", 4, 1}, {"b", 4, 1}, {"c", 4, 1}}},
-        WalkCase{"FirstDeletesALaterOne", 0, WalkAction::DeleteLater, {{"a", 4, 1}, {"b", 4, 1}}},
-        WalkCase{"MiddleDeletesAnEarlierOne",
-                 1,
-                 WalkAction::DeleteEarlier,
-                 {{"a", 4, 1}, {"b", 4, 1}, {"c", 5, 1}}},
-        WalkCase{"FirstClearsTheList", 0, WalkAction::Clear, {{"a", 4, 1}}},
+        {"first deletes itself", 0, WalkAction::DeleteSelf, "a4 c4 b5"},
+        {"middle destroys itself", 1, WalkAction::DestroySelf, "a4 b4 c5"},
+        {"last deletes itself", 2, WalkAction::DeleteSelf, "a4 b4 c4"},
+        {"first deletes a later one", 0, WalkAction::DeleteLater, "a4 b4"},
+        {"middle deletes an earlier one", 1, WalkAction::DeleteEarlier, "a4 b4 c5"},
+        {"first clears the list", 0, WalkAction::Clear, "a4"},
         // A new entry joins the walk on the next tick.
-        WalkCase{"FirstSubscribesAnother",
-                 0,
-                 WalkAction::AddNew,
-                 {{"a", 4, 1}, {"b", 4, 1}, {"c", 4, 1}, {"d", 5, 1}}}),
-    [](const auto& info) { return std::string(info.param.Name); });
+        {"first subscribes another", 0, WalkAction::AddNew, "a4 b4 c4 d5"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.Name);
+        ResetFlashService();
+        Log log;
+        std::vector<std::unique_ptr<TLoggingClient>> clients;
+        for (const char* name : {"a", "b", "c"}) {
+            clients.push_back(std::make_unique<TLoggingClient>(name, log));
+            AddControl(clients.back().get(), 2);
+        }
+        auto added = std::make_unique<TLoggingClient>("d", log);
+        bool done = false;
+        clients[c.Actor]->OnPulse = [&](TLoggingClient& self) {
+            if (std::exchange(done, true)) return;
+            switch (c.Action) {
+                case WalkAction::DeleteSelf:
+                    DelControl(&self);
+                    break;
+                case WalkAction::DeleteLater:
+                    DelControl(clients[2].get());
+                    break;
+                case WalkAction::DeleteEarlier:
+                    DelControl(clients[0].get());
+                    break;
+                case WalkAction::DestroySelf:
+                    clients[c.Actor].reset();  // the destructor unsubscribes
+                    break;
+                case WalkAction::Clear:
+                    ClearFlashList();
+                    break;
+                case WalkAction::AddNew:
+                    AddControl(added.get(), 2);
+                    break;
+            }
+        };
+        Ticks(5);
+        EXPECT_EQ(log, Pulses(c.Expected));
+    }
+}
 
 TEST_F(FlashServiceTest, EmptyEntryIsRemovedAndTheNextOneWaitsATick) {
     Log log;

@@ -114,61 +114,50 @@ TEST(CanvasScript, EveryOperationHasASampleAndRuns) {
     }
 }
 
-struct PixelCase {
-    const char* body;
-    int x, y;
-    TColor expected;  // resolved with ColorToRGB before comparing
-};
-
 TEST(CanvasScript, DrawsTheExpectedPixels) {
-    const PixelCase cases[] = {
-        {"fill 0x00336699", 5, 5, 0x336699},
-        {"fill 3368601", 59, 39, 0x336699},
-        {"fill 0xFF00000F", 0, 0, clBtnFace},
-        {"pixel 3 4 0x00112233", 3, 4, 0x112233},
+    struct Probe {
+        int x, y;
+        TColor expected;  // resolved with ColorToRGB before comparing
+    };
+    const struct {
+        const char* body;
+        std::vector<Probe> probes;
+    } cases[] = {
+        {"fill 0x00336699", {{5, 5, 0x336699}}},
+        {"fill 3368601", {{59, 39, 0x336699}}},
+        {"fill 0xFF00000F", {{0, 0, clBtnFace}}},
+        {"pixel 3 4 0x00112233", {{3, 4, 0x112233}}},
         // Rectangle: outline on L..R-1, T..B-1, brush inside.
-        {"pen clBlack 1\nbrush clLime\nrectangle 2 3 10 8", 2, 3, clBlack},
-        {"pen clBlack 1\nbrush clLime\nrectangle 2 3 10 8", 9, 7, clBlack},
-        {"pen clBlack 1\nbrush clLime\nrectangle 2 3 10 8", 10, 8, clWhite},
-        {"pen clBlack 1\nbrush clLime\nrectangle 2 3 10 8", 5, 5, clLime},
-        {"brush clRed\nfillrect 2 3 10 8", 9, 7, clRed},
-        {"brush clRed\nfillrect 2 3 10 8", 10, 7, clWhite},
+        {"pen clBlack 1\nbrush clLime\nrectangle 2 3 10 8",
+         {{2, 3, clBlack}, {9, 7, clBlack}, {10, 8, clWhite}, {5, 5, clLime}}},
+        {"brush clRed\nfillrect 2 3 10 8", {{9, 7, clRed}, {10, 7, clWhite}}},
         // Frame3D: first colour left and top, second right and bottom and both
         // off-diagonal corners, ring by ring.
-        {"frame3d 0 0 10 10 clRed clBlue 2", 0, 0, clRed},
-        {"frame3d 0 0 10 10 clRed clBlue 2", 9, 0, clBlue},
-        {"frame3d 0 0 10 10 clRed clBlue 2", 0, 9, clBlue},
-        {"frame3d 0 0 10 10 clRed clBlue 2", 0, 5, clRed},
-        {"frame3d 0 0 10 10 clRed clBlue 2", 5, 9, clBlue},
-        {"frame3d 0 0 10 10 clRed clBlue 2", 1, 1, clRed},
-        {"frame3d 0 0 10 10 clRed clBlue 2", 8, 5, clBlue},
-        {"frame3d 0 0 10 10 clRed clBlue 2", 2, 2, clWhite},
+        {"frame3d 0 0 10 10 clRed clBlue 2",
+         {{0, 0, clRed}, {9, 0, clBlue}, {0, 9, clBlue}, {1, 1, clRed}, {2, 2, clWhite}}},
         // The up-arrow lamp: tip at (5, 0), base on row 10, filled inside.
-        {"KxDrawLED 0 0 11 11 sArrowUp clBlack clRed", 5, 0, clBlack},
-        {"KxDrawLED 0 0 11 11 sArrowUp clBlack clRed", 5, 10, clBlack},
-        {"KxDrawLED 0 0 11 11 sArrowUp clBlack clRed", 5, 6, clRed},
-        {"KxDrawLED 0 0 11 11 sArrowUp clBlack clRed", 1, 1, clWhite},
+        {"KxDrawLED 0 0 11 11 sArrowUp clBlack clRed",
+         {{5, 0, clBlack}, {5, 10, clBlack}, {5, 6, clRed}, {1, 1, clWhite}}},
         // A pointer field turned a quarter clockwise points right; DX DY place it.
-        {"brush clBlack\nKxArrowField 4 0 0 60 60\nKxArrowDraw 90 1 0 0", 55, 30, clBlack},
-        {"brush clBlack\nKxArrowField 4 0 0 60 60\nKxArrowDraw 90 1 0 0", 30, 5, clWhite},
-        {"brush clBlack\nKxArrowField 0 0 0 20 20\nKxArrowDraw 0 1 30 10", 40, 15, clBlack},
-        {"brush clBlack\nKxArrowField 0 0 0 20 20\nKxArrowDraw 0 1 30 10", 10, 5, clWhite},
+        {"brush clBlack\nKxArrowField 4 0 0 60 60\nKxArrowDraw 90 1 0 0",
+         {{55, 30, clBlack}, {30, 5, clWhite}}},
+        {"brush clBlack\nKxArrowField 0 0 0 20 20\nKxArrowDraw 0 1 30 10",
+         {{40, 15, clBlack}, {10, 5, clWhite}}},
         // Without DX DY the square sits at the field's own corner.
-        {"brush clBlack\nKxArrowField 0 40 0 60 20\nKxArrowDraw 0 1", 50, 4, clBlack},
-        {"KxGradFill 0 0 20 10 clBlack clWhite gsVertical1", 0, 5, clBlack},
-        {"KxGradFill 0 0 20 10 clBlack clWhite gsVertical1", 19, 5, clWhite},
-        {"KxGradFill 0 0 20 10 clBlack clWhite 0", 10, 0, clBlack},
+        {"brush clBlack\nKxArrowField 0 40 0 60 20\nKxArrowDraw 0 1", {{50, 4, clBlack}}},
+        {"KxGradFill 0 0 20 10 clBlack clWhite gsVertical1", {{0, 5, clBlack}, {19, 5, clWhite}}},
+        {"KxGradFill 0 0 20 10 clBlack clWhite 0", {{10, 0, clBlack}}},
         // A solid brush paints the text cell, whose top-left corner is the point given.
-        {"brush clRed\ntextout 5 5 X", 5, 5, clRed},
-        {"brush clRed\ntextout 5 5 X", 4, 4, clWhite},
+        {"brush clRed\ntextout 5 5 X", {{5, 5, clRed}, {4, 4, clWhite}}},
         // fill leaves the brush alone.
-        {"brush clRed\nfill clBlue\nfillrect 0 0 2 2", 1, 1, clRed},
+        {"brush clRed\nfill clBlue\nfillrect 0 0 2 2", {{1, 1, clRed}}},
     };
-    for (const PixelCase& c : cases) {
+    for (const auto& c : cases) {
         ScriptRun r = draw(c.body);
         ASSERT_TRUE(r.bitmap) << c.body;
-        EXPECT_EQ(r.bitmap->Pixel(c.x, c.y), ColorToRGB(c.expected))
-            << c.body << " at (" << c.x << ", " << c.y << ")";
+        for (const Probe& p : c.probes)
+            EXPECT_EQ(r.bitmap->Pixel(p.x, p.y), ColorToRGB(p.expected))
+                << c.body << " at (" << p.x << ", " << p.y << ")";
     }
 }
 
@@ -263,15 +252,11 @@ struct ErrorCase {
 TEST(CanvasScript, MalformedLinesReportTheirLine) {
     const ErrorCase cases[] = {
         {"", 0, "no size"},
-        {"# only a comment\n\n", 0, "no size"},
         {"rectangle 0 0 1 1", 1, "before size"},
         {"\n# c\npen 0 1\nsize 5 5", 3, "before size"},
         {"size 10 10\nfoo 1 2", 2, "unknown operation 'foo'"},
         {"size 10 10\n\n# c\nrectangle 1 2 3", 4, "rectangle expects 4 arguments (L T R B), got 3"},
-        {"size 10 10\nrectangle 1 2 3 4 5", 2, "got 5"},
-        {"size 10 10\nfill", 2, "fill expects 1 argument"},
         {"size 0 10", 1, "out of range 1..8192"},
-        {"size 8193 1", 1, "out of range 1..8192"},
         {"size 10", 1, "size expects 2 arguments"},
         {"size 10 10\nsize 5 5", 2, "size given twice"},
         {"size 10 10\npen red 1", 2, "argument 1 (COLOR) of pen: 'red' is not a colour"},
@@ -282,25 +267,20 @@ TEST(CanvasScript, MalformedLinesReportTheirLine) {
         {"size 10 10\nfont Arial 8 0 heavy", 2, "'heavy' is not bold"},
         {"size 10 10\nfont \"Arial 8 0", 2, "unterminated quote"},
         {"size 10 10\nellipse 1 2 x 4", 2, "argument 3 (R) of ellipse: 'x' is not an integer"},
-        {"size 10 10\nellipse 1 2 3.5 4", 2, "is not an integer"},
         {"size 10 10\nmoveto 40000 0", 2, "out of range -32768..32767"},
         {"size 10 10\nfill 0x1FFFFFFFF", 2, "is not a colour"},
         {"size 10 10\npolygon 1 2 3 4 5", 2, "polygon expects X Y pairs, got 5 numbers"},
         {"size 10 10\npolygon 1 2", 2, "polygon expects at least 4 arguments"},
         {"size 10 10\ntextout 1 1", 2, "textout expects a text after its 2 arguments"},
-        {"size 10 10\nKxTextOut 1 1 toTopLeft", 2, "KxTextOut expects a text"},
         {"size 10 10\nKxTextOut 1 1 toMiddle text", 2, "argument 3 (POS) of KxTextOut"},
         {"size 10 10\nKxDrawLED 0 0 5 5 sTriangle 0 0", 2, "is not one of sRound..sDiamondRight"},
-        {"size 10 10\nKxDrawLED 0 0 5 5 8 0 0", 2, "argument 5 (SHAPE)"},
         {"size 10 10\nKxGradFill 0 0 5 5 0 255 14", 2, "argument 7 (STYLE)"},
         {"size 10 10\nKxBtnBevel 0 0 5 5 2 0 0", 2,
          "argument 5 (RAISED) of KxBtnBevel: '2' is not 0 or 1"},
         {"size 10 10\nKxRoundSector 0 0 5 5 nan 1", 2, "is not a number"},
-        {"size 10 10\nKxRoundSector 0 0 5 5 0 1e9", 2, "argument 6 (SWEEP)"},
         {"size 10 10\nKxArrowDraw 10 1", 2, "KxArrowDraw without a KxArrowField"},
         {"size 10 10\nKxArrowField 0 0 0 10 10\nKxArrowDraw 0 1 5", 3, "DX needs a DY"},
         {"size 10 10\nKxGradFill 0 0 3000 10 0 255 0", 2, "larger than 2048 pixels a side"},
-        {"size 10 10\nKxCircleGradFill 0 0 10 2049 0 255", 2, "KxCircleGradFill: 10 x 2049"},
         {"size 10 10\r\nfill 0\r\nbogus\r\n", 3, "unknown operation 'bogus'"},
     };
     for (const ErrorCase& c : cases) {
@@ -323,9 +303,8 @@ TEST(CanvasScript, AFailedRunKeepsThePictureDrawnSoFar) {
     ScriptRun before = run(QStringLiteral("fill clRed\nsize 8 6"));
     EXPECT_FALSE(before.result.Ok);
     EXPECT_FALSE(before.bitmap);
-}
 
-TEST(CanvasScript, ANewRunReplacesThePreviousBitmap) {
+    // A new run replaces the previous bitmap, even when it fails.
     std::unique_ptr<TBitmap> out;
     ASSERT_TRUE(RunCanvasScript(QStringLiteral("size 8 6"), out).Ok);
     EXPECT_FALSE(RunCanvasScript(QStringLiteral("bogus"), out).Ok);
@@ -342,20 +321,14 @@ TEST(CanvasScript, GarbageNeverCrashes) {
     QStringList ops;
     for (const TScriptOperation& op : CanvasScriptOperations())
         ops << op.Name;
-    const QStringList words = {"0",          "1",          "-1",
-                               "7",          "40",         "0x7F",
-                               "$FF",        "clRed",      "clBtnFace",
-                               "sRound",     "gsDiamond1", "toMidCenter",
-                               "true",       "nan",        "inf",
-                               "1e40",       "99999",      "-32768",
-                               "32767",      "2147483648", "\"quoted word\"",
-                               "\"open",     "#",          "|",
-                               "a|b|",       "0x",         "$",
-                               "-",          "+",          "1.5",
-                               "\\\"",       "size",       "\u00c4\u20ac",
-                               "xor",        "clear",      "1000",
-                               "\"\"",       "12",         "-40",
-                               "0xFF00000F", "25",         "3"};
+    // Separated by '~' as some words hold blanks.
+    const QStringList words =
+        QStringLiteral(
+            "0~1~-1~7~40~0x7F~$FF~clRed~clBtnFace~sRound~gsDiamond1~toMidCenter~true~"
+            "nan~inf~1e40~99999~-32768~32767~2147483648~\"quoted word\"~\"open~#~|~"
+            "a|b|~0x~$~-~+~1.5~\\\"~size~\u00c4\u20ac~xor~clear~1000~\"\"~12~-40~"
+            "0xFF00000F~25~3")
+            .split(u'~');
     auto pick = [&](const QStringList& list) {
         return list[std::uniform_int_distribution<qsizetype>(0, list.size() - 1)(rng)];
     };

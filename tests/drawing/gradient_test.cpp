@@ -1,15 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <ostream>
 
 #include "drawing/gradient.h"
 #include "host/bitmap.h"
 #include "host/recordingcanvas.h"
+#include "qstring_print.h"
 
-[[maybe_unused]] static void PrintTo(const QString& s, std::ostream* os) {
-    *os << '"' << s.toStdString() << '"';
-}
 
 namespace kx {
 namespace {

@@ -1,14 +1,11 @@
 #include <gtest/gtest.h>
 
-#include <ostream>
 
 #include "drawing/leds.h"
 #include "host/bitmap.h"
 #include "host/recordingcanvas.h"
+#include "qstring_print.h"
 
-[[maybe_unused]] static void PrintTo(const QString& s, std::ostream* os) {
-    *os << '"' << s.toStdString() << '"';
-}
 
 namespace kx {
 namespace {

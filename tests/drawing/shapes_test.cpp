@@ -1,28 +1,18 @@
 #include <gtest/gtest.h>
 
-#include <ostream>
-
 #include "drawing/shapes.h"
 #include "host/recordingcanvas.h"
-
-[[maybe_unused]] static void PrintTo(const QString& s, std::ostream* os) {
-    *os << '"' << s.toStdString() << '"';
-}
+#include "qstring_print.h"
 
 namespace kx {
 namespace {
 
 QString Frame(TRect r, TColor top, TColor bottom) {
-    return QString("Frame3D(%1,%2,%3,%4,%5,%6,1)")
-        .arg(r.Left)
-        .arg(r.Top)
-        .arg(r.Right)
-        .arg(r.Bottom)
-        .arg(top)
-        .arg(bottom);
+    return QString::asprintf("Frame3D(%d,%d,%d,%d,%d,%d,1)", r.Left, r.Top, r.Right, r.Bottom, top,
+                             bottom);
 }
 QString Rect(const char* op, TRect r) {
-    return QString("%1(%2,%3,%4,%5)").arg(op).arg(r.Left).arg(r.Top).arg(r.Right).arg(r.Bottom);
+    return QString::asprintf("%s(%d,%d,%d,%d)", op, r.Left, r.Top, r.Right, r.Bottom);
 }
 
 TEST(Shapes, BtnBevel) {

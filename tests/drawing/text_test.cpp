@@ -1,15 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <ostream>
 
 #include "drawing/text.h"
-#include "host/bitmap.h"
 #include "host/recordingcanvas.h"
-
-[[maybe_unused]] static void PrintTo(const QString& s, std::ostream* os) {
-    *os << '"' << s.toStdString() << '"';
-}
+#include "qstring_print.h"
 
 namespace kx {
 namespace {
@@ -151,29 +146,6 @@ TEST(Text, RotTextOutAlignsAndTurnsTheReferencePoint) {
               (QStringList{"TextOut(10,20,'x')", "TextOut(10,20,'x')", "TextOut(10,20,'x')"}));
     EXPECT_EQ(canvas.Calls()[1].TextAlign, TA_CENTER | TA_BOTTOM);
     EXPECT_EQ(canvas.TextAlign(), TA_LEFT | TA_TOP);  // set by the last call
-}
-
-TEST(Text, RotatedTextRunsDownwardsFromTheAnchor) {
-    TBitmap bmp(200, 200);
-    TCanvas& c = bmp.Canvas();
-    c.Font().SetName("Arial");
-    c.Font().SetSize(12);
-    c.Font().SetColor(clBlack);
-    c.Brush().SetStyle(bsClear);
-    const int32_t w = c.TextWidth("HHHHHHHH");
-    KxRotTextOut(c, {100, 50}, 90, "HHHHHHHH", toTopLeft);
-    TRect ink{200, 200, -1, -1};
-    for (int32_t y = 0; y < 200; ++y)
-        for (int32_t x = 0; x < 200; ++x)
-            if (bmp.Pixel(x, y) != clWhite)
-                ink = {std::min(ink.Left, x), std::min(ink.Top, y), std::max(ink.Right, x + 1),
-                       std::max(ink.Bottom, y + 1)};
-    // Turned clockwise the text runs down from the anchor with its top to the right, so
-    // its body lies left of the anchor column.
-    EXPECT_GT(ink.Height(), 3 * ink.Width());
-    EXPECT_NEAR(ink.Top, 51, 2);
-    EXPECT_NEAR(ink.Bottom, 50 + w, 3);
-    EXPECT_LE(ink.Right, 101);
 }
 
 }  // namespace

