@@ -14,6 +14,7 @@ namespace {
 
 std::unique_ptr<TKx270Meter> paintedMeter() {
     auto m = std::make_unique<TKx270Meter>();
+    m->SetKxAutoSize(false);  // exactly 252 x 252, the meter's initial size
     m->SetLimitUpper(1000.0f);  // readings stay clear of alarms: no blinking colours
     m->SetLimitLower(-1000.0f);
     m->Loaded();

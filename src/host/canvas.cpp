@@ -124,47 +124,74 @@ void TCanvas::strokeThinLine(TPoint a, TPoint b, bool includeEnd) {
     const int64_t adx = std::llabs(dx), ady = std::llabs(dy);
     const int64_t n = std::max(adx, ady) + (includeEnd ? 1 : 0);
     if (n == 0) return;
-    const int sx = dx < 0 ? -1 : 1, sy = dy < 0 ? -1 : 1;
+    const int64_t sx = dx < 0 ? -1 : 1, sy = dy < 0 ? -1 : 1;
     const bool xMajor = adx >= ady;
     const int64_t major = std::max<int64_t>(std::max(adx, ady), 1);
     const int64_t minorDelta = xMajor ? ady : adx;
+    // Step i sits at minor offset floor((2 i d + major - 1) / (2 major)), kept as an
+    // error term instead of a division per pixel.
+    const int64_t twoMajor = 2 * major, twoDelta = 2 * minorDelta;
+    if (directPixels()) {
+        if (onDraw_) onDraw_();
+        const uint32_t pixel = penQColor().rgba();
+        uchar* bits = target_->bits();
+        const qsizetype stride = target_->bytesPerLine();
+        const int64_t w = target_->width(), h = target_->height();
+        int64_t x = a.X, y = a.Y, err = major - 1;
+        for (int64_t i = 0; i < n; ++i) {
+            if (x >= 0 && y >= 0 && x < w && y < h)
+                reinterpret_cast<uint32_t*>(bits + y * stride)[x] = pixel;
+            err += twoDelta;
+            const bool stepMinor = err >= twoMajor;
+            if (stepMinor) err -= twoMajor;
+            if (xMajor) {
+                x += sx;
+                if (stepMinor) y += sy;
+            } else {
+                y += sy;
+                if (stepMinor) x += sx;
+            }
+        }
+        return;
+    }
+    // Clipped or combined: runs along the major axis, put down through the painter.
     thread_local std::vector<QRect> runs;
     runs.clear();
-    int64_t runStart = 0;
-    int64_t runMinor = 0;
-    auto flush = [&](int64_t from, int64_t to, int64_t minor) {
-        if (to <= from) return;
-        if (xMajor) {
-            int64_t x0 = a.X + sx * from, x1 = a.X + sx * (to - 1);
-            int64_t y = a.Y + sy * minor;
-            runs.emplace_back(int(std::min(x0, x1)), int(y), int(std::llabs(x1 - x0) + 1), 1);
-        } else {
-            int64_t y0 = a.Y + sy * from, y1 = a.Y + sy * (to - 1);
-            int64_t x = a.X + sx * minor;
-            runs.emplace_back(int(x), int(std::min(y0, y1)), 1, int(std::llabs(y1 - y0) + 1));
-        }
-    };
+    int64_t x = a.X, y = a.Y, err = major - 1;
+    int64_t runX = x, runY = y, runLen = 0;
     for (int64_t i = 0; i < n; ++i) {
-        int64_t minor = (2 * i * minorDelta + major - 1) / (2 * major);
-        if (i == 0) runMinor = minor;
-        if (minor != runMinor) {
-            flush(runStart, i, runMinor);
-            runStart = i;
-            runMinor = minor;
+        ++runLen;
+        err += twoDelta;
+        const bool stepMinor = err >= twoMajor;
+        if (stepMinor) err -= twoMajor;
+        const int64_t nx = xMajor ? x + sx : (stepMinor ? x + sx : x);
+        const int64_t ny = xMajor ? (stepMinor ? y + sy : y) : y + sy;
+        if (stepMinor || i + 1 == n) {
+            if (xMajor)
+                runs.emplace_back(int(sx < 0 ? x : runX), int(runY), int(runLen), 1);
+            else
+                runs.emplace_back(int(runX), int(sy < 0 ? y : runY), 1, int(runLen));
+            runX = nx;
+            runY = ny;
+            runLen = 0;
         }
+        x = nx;
+        y = ny;
     }
-    flush(runStart, n, runMinor);
     putRuns(runs, penQColor());
+}
+
+bool TCanvas::directPixels() const {
+    const QImage::Format f = target_->format();
+    return !hasClip_ && pen_.Mode() == pmCopy &&
+           (f == QImage::Format_ARGB32_Premultiplied || f == QImage::Format_RGB32 ||
+            f == QImage::Format_ARGB32);
 }
 
 // Plain copies straight into the pixels; anything clipped or combined through QPainter.
 void TCanvas::putRuns(const std::vector<QRect>& runs, const QColor& c) {
     if (runs.empty()) return;
-    const QImage::Format f = target_->format();
-    const bool direct = !hasClip_ && pen_.Mode() == pmCopy &&
-                        (f == QImage::Format_ARGB32_Premultiplied || f == QImage::Format_RGB32 ||
-                         f == QImage::Format_ARGB32);
-    if (!direct) {
+    if (!directPixels()) {
         QPainter& p = painter();
         p.setPen(Qt::NoPen);
         p.setBrush(c);

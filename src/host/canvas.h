@@ -125,6 +125,8 @@ protected:
     QColor brushQColor() const;
     void strokeThinLine(TPoint a, TPoint b, bool includeEnd);
     void putRuns(const std::vector<QRect>& runs, const QColor& c);
+    // Whether drawing may write the pixels directly (no clip, plain copy, 32-bit pixels).
+    bool directPixels() const;
     void drawPath(const class QPainterPath& path, bool fill, bool stroke);
 
 private:
