@@ -169,8 +169,6 @@ TEST(CanvasScript, AnchoredTextStaysOnItsSideOfTheAnchor) {
     const Case cases[] = {
         {"KxTextOut 30 20 toTopLeft Wg", false, false},
         {"KxTextOut 30 20 toBotRight Wg", true, true},
-        {"KxTextOut 30 20 toTopRight Wg", true, false},
-        {"KxTextOut 30 20 toBotLeft Wg", false, true},
     };
     for (const Case& c : cases) {
         ScriptRun r = draw(c.body);

@@ -7,7 +7,6 @@
 #include "host/recordingcanvas.h"
 #include "qstring_print.h"
 
-
 namespace kx {
 namespace {
 

@@ -129,12 +129,6 @@ TEST(Shapes, RoundSector) {
         KxRoundSector(canvas, {0, 0, 100, 100}, c.start, c.sweep);
         EXPECT_EQ(canvas.Log(), QStringList{c.pie});
     }
-    TBitmap bmp(100, 100);
-    bmp.Canvas().Brush().SetColor(clRed);
-    KxRoundSector(bmp.Canvas(), {0, 0, 100, 100}, 0, 90);  // twelve to three o'clock
-    EXPECT_EQ(bmp.Pixel(70, 30), clRed);
-    EXPECT_EQ(bmp.Pixel(30, 30), clWhite);
-    EXPECT_EQ(bmp.Pixel(70, 70), clWhite);
 }
 
 TEST(Shapes, CircleGradFill) {
