@@ -1,16 +1,21 @@
 #!/usr/bin/env bash
 # The main job: installs what is missing, builds the gallery program and renders its pages
-# as PNG files into out/ (or OUTDIR given as the first argument). While the widget
-# gallery (apps/gallery) is not in the tree, the drawing-toolkit showcase stands in.
+# as PNG files into out/ (or OUTDIR given as the first argument); with a display and no
+# argument it opens the gallery window instead.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 export BUILD_DIR=${BUILD_DIR:-build}
 OUT=${1:-out}
-export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
 if [ -f apps/gallery/CMakeLists.txt ]; then
     bash scripts/build.sh --target kxgallery
+    # With a display (and no output folder asked for) the gallery opens its window.
+    if [ $# -eq 0 ] && [ -z "${CI:-}" ] && { [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ]; }; then
+        exec "$BUILD_DIR/apps/gallery/kxgallery"
+    fi
+    export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
     "$BUILD_DIR/apps/gallery/kxgallery" --screenshot "$OUT"
 else
+    export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
     bash scripts/build.sh --target kxshowcase
     "$BUILD_DIR/apps/showcase/kxshowcase" "$OUT"
 fi
