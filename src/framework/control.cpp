@@ -49,7 +49,9 @@ bool TKxControl::Visible() const {
 }
 
 void TKxControl::SetBounds(int32_t left, int32_t top, int32_t width, int32_t height) {
+    const QSize before = size();
     setGeometry(left, top, std::max(width, 0), std::max(height, 0));
+    if (size() != before) updateGeometry();
     // A widget that is not shown gets no resize event; keep the surface in step anyway.
     ensureSurfaceSize();
 }

@@ -56,7 +56,9 @@ class TKxControl : public QWidget, public TKxFlashClient {
 
     // Visible unless explicitly hidden, whether or not a window shows it yet.
     bool Visible() const;
+    // Moves and sizes the control; a new size becomes its size hint for layouts.
     void SetBounds(int32_t left, int32_t top, int32_t width, int32_t height);
+    QSize sizeHint() const override { return size(); }
     TRect ClientRect() const { return TRect{0, 0, width(), height()}; }
 
     bool ShowHint() const { return showHint_; }

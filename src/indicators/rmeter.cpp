@@ -37,6 +37,7 @@ TKxRMeter::TKxRMeter(QWidget* parent)
       bevelOuter_(new TKxSBevel(this)),
       scaleSettings_(new TScaleSettings(this)) {
     BeginUpdate();
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     fontUnit_->SetName(QStringLiteral("System"));
     fontUnit_->SetSize(10);
     fontUnit_->SetColor(clBlack);
@@ -82,6 +83,9 @@ void TKxRMeter::requestRepaint() {
 
 void TKxRMeter::SetKxAutoSize(bool v) {
     autoSize_ = v;
+    // An auto-sized meter keeps the size it works out; layouts then leave it alone.
+    setSizePolicy(v ? QSizePolicy::Fixed : QSizePolicy::Preferred,
+                  v ? QSizePolicy::Fixed : QSizePolicy::Preferred);
     requestRepaint();
 }
 

@@ -1,6 +1,7 @@
 // Round meters: layout, sectors, needle, marks and blinking.
 #include <gtest/gtest.h>
 
+#include <QHBoxLayout>
 #include <QRegularExpression>
 #include <functional>
 #include <memory>
@@ -335,6 +336,19 @@ TEST_F(RMeterTest, HandlerMayDeleteTheMeter) {
     QObject::connect(m, &TKxAnalogGControl::OnValueChange, [m](QObject*) { delete m; });
     m->SetValue(70.0f);  // must not touch the deleted meter (the sanitizer run checks)
     SUCCEED();
+}
+
+TEST_F(RMeterTest, AutoSizedMeterSitsInALayoutAtItsOwnSize) {
+    QWidget panel;
+    auto* layout = new QHBoxLayout(&panel);
+    auto* m = new TKx180Meter;
+    layout->addWidget(m);
+    panel.resize(600, 400);
+    m->Loaded();
+    m->PaintToSurface();  // works out the auto size
+    panel.grab();         // lets the layout place it
+    EXPECT_EQ(m->size(), m->sizeHint());
+    EXPECT_LT(m->width(), 600);
 }
 
 TEST_F(RMeterTest, TooSmallMeterDrawsNoNeedle) {
