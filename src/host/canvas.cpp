@@ -353,20 +353,36 @@ void TCanvas::Ellipse(int32_t l, int32_t t, int32_t r, int32_t b) {
     drawPath(path, true, true);
 }
 
+namespace {
+// The box and the counter-clockwise span from the radial through (x1, y1) to the radial
+// through (x2, y2); equal radials make the whole ellipse.
+struct TArcSpan {
+    QRectF box;
+    double start = 0, sweep = 0;
+};
+
+TArcSpan arcSpan(int32_t l, int32_t t, int32_t r, int32_t b, int32_t x1, int32_t y1, int32_t x2,
+                 int32_t y2) {
+    TArcSpan s;
+    s.box = centredBox(l, t, r, b);
+    const double cx = (l + r) / 2.0, cy = (t + b) / 2.0;
+    const double ra = s.box.width() / 2, rb = s.box.height() / 2;
+    s.start = radialToParam(cx, cy, ra, rb, x1, y1);
+    s.sweep = radialToParam(cx, cy, ra, rb, x2, y2) - s.start;
+    while (s.sweep <= 0) s.sweep += 360.0;
+    return s;
+}
+}  // namespace
+
 void TCanvas::Arc(int32_t l, int32_t t, int32_t r, int32_t b, int32_t x1, int32_t y1, int32_t x2,
                   int32_t y2) {
     if (!drawable()) return;
     normalize(l, t, r, b);
     if (r - l < 2 || b - t < 2) return;
-    const QRectF box = centredBox(l, t, r, b);
-    const double cx = (l + r) / 2.0, cy = (t + b) / 2.0;
-    const double a1 = radialToParam(cx, cy, box.width() / 2, box.height() / 2, x1, y1);
-    const double a2 = radialToParam(cx, cy, box.width() / 2, box.height() / 2, x2, y2);
-    double sweep = a2 - a1;
-    while (sweep <= 0) sweep += 360.0;
+    const TArcSpan a = arcSpan(l, t, r, b, x1, y1, x2, y2);
     QPainterPath path;
-    path.arcMoveTo(box, a1);
-    path.arcTo(box, a1, sweep);
+    path.arcMoveTo(a.box, a.start);
+    path.arcTo(a.box, a.start, a.sweep);
     drawPath(path, false, true);
 }
 
@@ -375,15 +391,10 @@ void TCanvas::Pie(int32_t l, int32_t t, int32_t r, int32_t b, int32_t x1, int32_
     if (!drawable()) return;
     normalize(l, t, r, b);
     if (r - l < 2 || b - t < 2) return;
-    const QRectF box = centredBox(l, t, r, b);
-    const double cx = (l + r) / 2.0, cy = (t + b) / 2.0;
-    const double a1 = radialToParam(cx, cy, box.width() / 2, box.height() / 2, x1, y1);
-    const double a2 = radialToParam(cx, cy, box.width() / 2, box.height() / 2, x2, y2);
-    double sweep = a2 - a1;
-    while (sweep <= 0) sweep += 360.0;
+    const TArcSpan a = arcSpan(l, t, r, b, x1, y1, x2, y2);
     QPainterPath path;
-    path.moveTo(box.center());
-    path.arcTo(box, a1, sweep);
+    path.moveTo(a.box.center());
+    path.arcTo(a.box, a.start, a.sweep);
     path.closeSubpath();
     drawPath(path, true, true);
 }
