@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/pixels.h"
+
 #include <QSet>
 #include <random>
 
@@ -33,20 +35,6 @@ bool anyNonWhite(const TBitmap& b) {
         for (int x = 0; x < b.Width(); ++x)
             if (b.Pixel(x, y) != clWhite) return true;
     return false;
-}
-
-// Bounding box (exclusive) of the non-white pixels.
-TRect inkBounds(const TBitmap& b) {
-    TRect r{b.Width(), b.Height(), 0, 0};
-    for (int y = 0; y < b.Height(); ++y)
-        for (int x = 0; x < b.Width(); ++x)
-            if (b.Pixel(x, y) != clWhite) {
-                r.Left = std::min(r.Left, x);
-                r.Top = std::min(r.Top, y);
-                r.Right = std::max(r.Right, x + 1);
-                r.Bottom = std::max(r.Bottom, y + 1);
-            }
-    return r;
 }
 
 // One sample per operation; draws tells whether it must change a white bitmap.
@@ -173,7 +161,7 @@ TEST(CanvasScript, AnchoredTextStaysOnItsSideOfTheAnchor) {
     for (const Case& c : cases) {
         ScriptRun r = draw(c.body);
         ASSERT_TRUE(r.bitmap);
-        const TRect ink = inkBounds(*r.bitmap);
+        const TRect ink = test::InkBounds(*r.bitmap);
         ASSERT_LT(ink.Left, ink.Right) << c.body;
         if (c.left)
             EXPECT_LE(ink.Right, 30) << c.body;

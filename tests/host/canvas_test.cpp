@@ -1,6 +1,8 @@
 // Pixel tests of the classic raster rules.
 #include <gtest/gtest.h>
 
+#include "common/pixels.h"
+
 #include "host/bitmap.h"
 
 namespace kx {
@@ -25,18 +27,7 @@ class Picture {
         return s;
     }
     // Bounding box of all non-white pixels, as L, T, R, B (exclusive).
-    TRect Bounds() const {
-        TRect r{1 << 20, 1 << 20, -1, -1};
-        for (int y = 0; y < bmp_.Height(); ++y)
-            for (int x = 0; x < bmp_.Width(); ++x)
-                if (bmp_.Pixel(x, y) != clWhite) {
-                    r.Left = std::min(r.Left, x);
-                    r.Top = std::min(r.Top, y);
-                    r.Right = std::max(r.Right, x + 1);
-                    r.Bottom = std::max(r.Bottom, y + 1);
-                }
-        return r;
-    }
+    TRect Bounds() const { return test::InkBounds(bmp_); }
 
   private:
     TBitmap bmp_;
