@@ -1,8 +1,8 @@
 // Bevel frames: drawn with every static repaint of nearly every instrument.
 #include <benchmark/benchmark.h>
 
-#include "framework/sbevel.h"
-#include "host/bitmap.h"
+#include "kx/framework/sbevel.h"
+#include "kx/host/bitmap.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "blink/flashtimer.h"
+#include "kx/blink/flashtimer.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 // plain copy of the same pixels.
 #include <benchmark/benchmark.h>
 
-#include "drawing/arrows.h"
-#include "host/bitmap.h"
+#include "kx/drawing/arrows.h"
+#include "kx/host/bitmap.h"
 
 namespace kx {
 namespace {

@@ -1,9 +1,9 @@
 // Gradient fills (drawn in the static background) and needle drawing (every reading).
 #include <benchmark/benchmark.h>
 
-#include "drawing/arrows.h"
-#include "drawing/gradient.h"
-#include "host/bitmap.h"
+#include "kx/drawing/arrows.h"
+#include "kx/drawing/gradient.h"
+#include "kx/host/bitmap.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <random>
 #include <vector>
 
-#include "host/formatfloat.h"
+#include "kx/host/formatfloat.h"
 
 namespace {
 

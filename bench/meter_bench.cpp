@@ -6,8 +6,8 @@
 #include <memory>
 #include <vector>
 
-#include "blink/flashtimer.h"
-#include "indicators/rmeter.h"
+#include "kx/blink/flashtimer.h"
+#include "kx/indicators/rmeter.h"
 
 namespace kx {
 namespace {

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the build and run-time dependencies when any is missing (Debian 12, as root or via sudo).
 set -euo pipefail
-pkgs=(build-essential cmake qt6-base-dev qt6-tools-dev libgl-dev fonts-liberation2
+pkgs=(build-essential cmake qt6-base-dev qt6-tools-dev libqt6opengl6-dev libgl-dev fonts-liberation2
       libgtest-dev libgmock-dev libbenchmark-dev)
 missing=()
 for p in "${pkgs[@]}"; do

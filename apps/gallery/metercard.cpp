@@ -3,7 +3,7 @@
 #include <QEvent>
 #include <QLabel>
 
-#include "indicators/rmeter.h"
+#include "kx/indicators/rmeter.h"
 
 namespace kxgallery {
 namespace {

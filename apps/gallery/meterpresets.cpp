@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "indicators/rmeter.h"
+#include "kx/indicators/rmeter.h"
 
 namespace kxgallery {
 namespace {

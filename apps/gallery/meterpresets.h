@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "host/color.h"
+#include "kx/host/color.h"
 #include "processsimulator.h"
 
 namespace kx {

@@ -14,7 +14,7 @@
 #include <QVBoxLayout>
 #include <cmath>
 
-#include "indicators/rmeter.h"
+#include "kx/indicators/rmeter.h"
 #include "metercard.h"
 #include "meterpresets.h"
 

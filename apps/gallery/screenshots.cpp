@@ -10,7 +10,7 @@
 #include <QTimer>
 
 #include "gallerywindow.h"
-#include "indicators/rmeter.h"
+#include "kx/indicators/rmeter.h"
 #include "pages.h"
 #include "roundmeterpage.h"
 

@@ -7,7 +7,7 @@
 #include <QGuiApplication>
 #include <cstdio>
 
-#include "drawing/canvasscript.h"
+#include "kx/drawing/canvasscript.h"
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include <array>
 #include <cstdio>
 
-#include "drawing/arrows.h"
-#include "drawing/gradient.h"
-#include "drawing/leds.h"
-#include "drawing/shapes.h"
-#include "drawing/text.h"
+#include "kx/drawing/arrows.h"
+#include "kx/drawing/gradient.h"
+#include "kx/drawing/leds.h"
+#include "kx/drawing/shapes.h"
+#include "kx/drawing/text.h"
 #include "sheet.h"
 
 using namespace kx;

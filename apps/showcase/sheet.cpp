@@ -1,6 +1,6 @@
 #include "sheet.h"
 
-#include "drawing/text.h"
+#include "kx/drawing/text.h"
 
 namespace kxshow {
 

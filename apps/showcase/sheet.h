@@ -5,7 +5,7 @@
 #include <functional>
 #include <vector>
 
-#include "host/bitmap.h"
+#include "kx/host/bitmap.h"
 
 namespace kxshow {
 

@@ -1,4 +1,4 @@
-#include "blink/flash.h"
+#include "kx/blink/flash.h"
 
 namespace kx {
 

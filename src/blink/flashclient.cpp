@@ -1,6 +1,6 @@
-#include "blink/flashclient.h"
+#include "kx/blink/flashclient.h"
 
-#include "blink/flashtimer.h"
+#include "kx/blink/flashtimer.h"
 
 namespace kx {
 

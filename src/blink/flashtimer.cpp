@@ -1,10 +1,10 @@
-#include "blink/flashtimer.h"
+#include "kx/blink/flashtimer.h"
 
 #include <QCoreApplication>
 
-#include "host/clock.h"
-#include "host/datetime.h"
-#include "host/messagebox.h"
+#include "kx/host/clock.h"
+#include "kx/host/datetime.h"
+#include "kx/host/messagebox.h"
 
 namespace kx {
 namespace {

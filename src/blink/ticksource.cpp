@@ -1,4 +1,4 @@
-#include "blink/ticksource.h"
+#include "kx/blink/ticksource.h"
 
 #include <QCoreApplication>
 #include <QTimer>

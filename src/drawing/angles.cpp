@@ -1,9 +1,9 @@
-#include "drawing/angles.h"
+#include "kx/drawing/angles.h"
 
 #include <cmath>
 #include <numbers>
 
-#include "host/numeric.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 namespace {

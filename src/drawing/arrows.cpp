@@ -1,9 +1,9 @@
-#include "drawing/arrows.h"
+#include "kx/drawing/arrows.h"
 
 #include <algorithm>
 
-#include "drawing/angles.h"
-#include "host/numeric.h"
+#include "kx/drawing/angles.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 namespace {

@@ -1,8 +1,8 @@
-#include "drawing/canvasscript.h"
+#include "kx/drawing/canvasscript.h"
 
 #include <QStringList>
 
-#include "drawing/scriptops.h"
+#include "kx/drawing/scriptops.h"
 
 namespace kx {
 

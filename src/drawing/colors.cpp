@@ -1,6 +1,6 @@
-#include "drawing/colors.h"
+#include "kx/drawing/colors.h"
 
-#include "host/numeric.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 

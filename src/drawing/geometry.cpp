@@ -1,8 +1,8 @@
-#include "drawing/geometry.h"
+#include "kx/drawing/geometry.h"
 
 #include <cmath>
 
-#include "host/numeric.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 namespace {

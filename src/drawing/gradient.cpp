@@ -1,12 +1,12 @@
-#include "drawing/gradient.h"
+#include "kx/drawing/gradient.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <numbers>
 
-#include "host/bitmap.h"
-#include "host/numeric.h"
+#include "kx/host/bitmap.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 namespace {

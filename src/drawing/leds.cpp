@@ -1,6 +1,6 @@
-#include "drawing/leds.h"
+#include "kx/drawing/leds.h"
 
-#include "host/numeric.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 

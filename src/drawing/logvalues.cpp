@@ -1,8 +1,8 @@
-#include "drawing/logvalues.h"
+#include "kx/drawing/logvalues.h"
 
 #include <cmath>
 
-#include "host/numeric.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 

@@ -1,4 +1,4 @@
-#include "drawing/scriptargs.h"
+#include "kx/drawing/scriptargs.h"
 
 #include <cmath>
 #include <utility>

@@ -1,7 +1,7 @@
 // The canvas's own operations in the drawing script.
 #include <vector>
 
-#include "drawing/scriptops.h"
+#include "kx/drawing/scriptops.h"
 
 namespace kx {
 

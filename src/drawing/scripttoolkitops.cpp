@@ -1,13 +1,13 @@
 // The drawing toolkit's routines in the drawing script.
 #include <iterator>
 
-#include "drawing/arrows.h"
-#include "drawing/gradient.h"
-#include "drawing/leds.h"
-#include "drawing/scriptops.h"
-#include "drawing/shapes.h"
-#include "drawing/text.h"
-#include "host/numeric.h"
+#include "kx/drawing/arrows.h"
+#include "kx/drawing/gradient.h"
+#include "kx/drawing/leds.h"
+#include "kx/drawing/scriptops.h"
+#include "kx/drawing/shapes.h"
+#include "kx/drawing/text.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 

@@ -1,8 +1,8 @@
-#include "drawing/shapes.h"
+#include "kx/drawing/shapes.h"
 
-#include "drawing/angles.h"
-#include "drawing/geometry.h"
-#include "host/numeric.h"
+#include "kx/drawing/angles.h"
+#include "kx/drawing/geometry.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 
@@ -138,8 +138,15 @@ void GetBkUpImage(TCanvas& canvas, TBitmap& bitmap, const TRect& r) {
     if (!KxRectIntersection(canvas.ClipRect(), r, i)) return;
     const int32_t w = WrapSub(i.Right, i.Left);
     const int32_t h = WrapSub(i.Bottom, i.Top);
-    TBitmap part(w, h);
+    // Both bitmaps share the canvas's device grid, so the copies are pixel for pixel.
+    const TPoint origin = canvas.GridOrigin();
+    TBitmap part;
+    part.SetDeviceGrid(canvas.DeviceRatio(),
+                       TPoint{WrapAdd(origin.X, i.Left), WrapAdd(origin.Y, i.Top)});
+    part.SetSize(w, h);
     part.Canvas().CopyRect(TRect{0, 0, w, h}, canvas, i);
+    bitmap.SetDeviceGrid(canvas.DeviceRatio(),
+                         TPoint{WrapAdd(origin.X, r.Left), WrapAdd(origin.Y, r.Top)});
     bitmap.SetSize(WrapSub(r.Right, r.Left), WrapSub(r.Bottom, r.Top));
     bitmap.Canvas().Draw(WrapSub(i.Left, r.Left), WrapSub(i.Top, r.Top), part);
 }

@@ -1,13 +1,14 @@
-#include "drawing/strings.h"
+#include "kx/drawing/strings.h"
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <string>
 
-#include "drawing/logvalues.h"
-#include "host/formatfloat.h"
-#include "host/numeric.h"
+#include "kx/drawing/logvalues.h"
+#include "kx/host/formatfloat.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 namespace {
@@ -57,8 +58,13 @@ QString KxRangeStr(double min, double max, int32_t steps, const QString& format)
     if (steps < 0) return list;
     const float step = steps == 0 ? 0.0f : static_cast<float>((max - min) / steps);
     const int32_t last = std::min(steps, kKxMaxLabels - 1);
-    for (int32_t k = 0; k <= last; ++k)
-        AppendLabel(list, format, min + static_cast<double>(step) * (steps - k));
+    for (int32_t k = 0; k <= last; ++k) {
+        double v = min + static_cast<double>(step) * (steps - k);
+        // A single-precision step leaves a residue where a label should be zero (1 + 5 *
+        // -0.2f is -1.5e-8), which would print as "-0".
+        if (std::fabs(v) < std::fabs(static_cast<double>(step)) * 1e-5) v = 0;
+        AppendLabel(list, format, v);
+    }
     return list;
 }
 

@@ -1,11 +1,11 @@
-#include "drawing/text.h"
+#include "kx/drawing/text.h"
 
 #include <cmath>
 
-#include "drawing/angles.h"
-#include "drawing/strings.h"
-#include "host/graphics.h"
-#include "host/numeric.h"
+#include "kx/drawing/angles.h"
+#include "kx/drawing/strings.h"
+#include "kx/host/graphics.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 namespace {

@@ -1,18 +1,20 @@
-#include "framework/analogcontrol.h"
+#include "kx/framework/analogcontrol.h"
 
+#include <QMetaMethod>
 #include <QPointer>
+#include <QStringBuilder>
 #include <algorithm>
 
 #include <charconv>
 #include <cmath>
 #include <cstring>
 
-#include "drawing/logvalues.h"
-#include "framework/single.h"
-#include "host/clock.h"
-#include "host/datetimeformat.h"
-#include "host/formatsettings.h"
-#include "host/numeric.h"
+#include "kx/drawing/logvalues.h"
+#include "kx/framework/single.h"
+#include "kx/host/clock.h"
+#include "kx/host/datetimeformat.h"
+#include "kx/host/formatsettings.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 namespace {
@@ -49,16 +51,6 @@ void assignChars(QString& dst, const Char* text, int n) {
         d[i] = QChar(char16_t(text[i]));
 }
 
-// Shares src unless dst already does.
-void share(QString& dst, const QString& src) {
-    if (!dst.isSharedWith(src)) dst = src;
-}
-
-// The same string object (data and length): a text set anew is a different one.
-bool sameString(const QString& a, const QString& b) {
-    return a.constData() == b.constData() && a.size() == b.size();
-}
-
 }  // namespace
 
 TKxAnalogGControl::TKxAnalogGControl(QWidget* parent)
@@ -66,7 +58,8 @@ TKxAnalogGControl::TKxAnalogGControl(QWidget* parent)
       font_(new TFont(this)),
       signalSettings_(new TSignalSettings(this)),
       sectorSettings_(new TSectorSettings(this)),
-      minMax_(new TMinMax(this)) {
+      minMax_(new TMinMax(this)),
+      hintCache_(std::make_unique<THintCache>()) {
     // The control leaves what it does not paint to its parent.
     setAttribute(Qt::WA_OpaquePaintEvent, false);
     font_->SetName(QStringLiteral("Arial"));
@@ -86,10 +79,33 @@ void TKxAnalogGControl::SetValue(float v) {
     if (logScale_ && v <= 0.0f) return;
     value_ = v;
     digit_ = logScale_ ? logDigit(v) : linearDigit(v);
+    applyReading();
+}
+
+void TKxAnalogGControl::applyReading() {
+    // The pointer costs a little per reading, so only when someone listens.
+    static const QMetaMethod signal = QMetaMethod::fromSignal(&TKxAnalogGControl::valueChanged);
+    QPointer<TKxAnalogGControl> alive;
+    if (isSignalConnected(signal)) alive = this;
     if (Designing())
         ParamChange(this);
     else
         ValueChange();
+    if (alive) emit valueChanged(value_);
+}
+
+void TKxAnalogGControl::PostValue(double v) {
+    posted_.store(v);
+    if (postPending_.exchange(true)) return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            // Cleared before reading the value: a reading stored after this point
+            // queues a call of its own.
+            postPending_.store(false);
+            setValue(posted_.load());
+        },
+        Qt::QueuedConnection);
 }
 
 void TKxAnalogGControl::SetDigit(int32_t d) {
@@ -103,10 +119,7 @@ void TKxAnalogGControl::SetDigit(int32_t d) {
         const double v = KxPower(10.0, steps / logFactor_ - logOffset_);
         if (!std::isnan(v)) value_ = ToSingle(v);
     }
-    if (Designing())
-        ParamChange(this);
-    else
-        ValueChange();
+    applyReading();
 }
 
 void TKxAnalogGControl::SetLimitUpper(float v) {
@@ -147,20 +160,27 @@ void TKxAnalogGControl::SetFont(const TFont* font) {
 }
 
 void TKxAnalogGControl::SetLogScale(bool b) {
+    const float oldValue = value_;
+    const int32_t oldDigit = digit_;
     logScale_ = b;
     signalSettings_->SetLogScale(b);
     sectorSettings_->SetLogScale(b);
     if (b) {
         if (value_ <= 0.0f) value_ = kLogSwitchValue;
+        // Assigned directly: both bounds may land on the same decade, which the setters
+        // would refuse, and the owner notifies once below.
         const float from = signalSettings_->ValueFrom();
-        signalSettings_->SetValueFrom(from > 0.0f ? roundToDecade(from) : kLogSwitchValue);
-        signalSettings_->SetValueTo(roundToDecade(signalSettings_->ValueTo()));
+        signalSettings_->WriteRange(from > 0.0f ? roundToDecade(from) : kLogSwitchValue,
+                                    roundToDecade(signalSettings_->ValueTo()));
         calcLog();
         digit_ = logDigit(value_);
     } else {
         digit_ = linearDigit(value_);
     }
+    const bool moved = value_ != oldValue || digit_ != oldDigit;
+    QPointer<TKxAnalogGControl> alive(this);
     LogScaleChanged();
+    if (moved && alive) emit valueChanged(value_);
 }
 
 // --- value and digit -------------------------------------------------------------------
@@ -392,63 +412,162 @@ void TKxAnalogGControl::Paint() {}
 
 // --- hint ------------------------------------------------------------------------------
 
+// Every reading makes the hint anew, but only its value part changes with most readings.
+// The extremes' parts and the text after the value part (the tail) are kept with what
+// they were made from and made again only when that differs; the result is always the
+// text that formatting everything at the reading would give.
+struct TKxAnalogGControl::THintCache {
+    struct TExtreme {
+        bool valid = false;
+        float value = 0.0f;
+        TDateTime when = 0.0;
+        bool date = false;
+        bool time = false;
+        QString format;
+        QString unit;
+        QString text;
+    };
+    // The text of one extreme, formatted again only when an input differs.
+    static const QString& Extreme(TExtreme& e, const QString& label, float v, TDateTime when,
+                                  bool date, bool time, const QString& format, const QString& unit);
+
+    // The format settings the extremes were formatted with.
+    TFormatSettings settings;
+    TExtreme min;
+    TExtreme max;
+    // The tail's inputs (held, so that the same storage means the same text), the tail
+    // and its tool-tip form.
+    bool tailValid = false;
+    THintOptions tailOptions = 0;
+    QString tailMin;
+    QString tailMax;
+    QString tailName1;
+    QString tailName2;
+    QString tail;
+    QString tailTip;
+};
+
+namespace {
+
+constexpr QLatin1String kValueLabel("Value= ");
+
+// The same storage: for a text compared with a copy of itself that is still held, this
+// means the same characters, found without reading them.
+inline bool sameStorage(const QString& a, const QString& b) {
+    return a.constData() == b.constData() && a.size() == b.size();
+}
+
+inline bool sameText(const QString& a, const QString& b) {
+    return sameStorage(a, b) || a == b;
+}
+
+bool sameFormatSettings(const TFormatSettings& a, const TFormatSettings& b) {
+    return a.DecimalSeparator == b.DecimalSeparator && a.ThousandSeparator == b.ThousandSeparator &&
+           a.DateSeparator == b.DateSeparator && a.TimeSeparator == b.TimeSeparator &&
+           a.ShortDateFormat == b.ShortDateFormat && a.LongTimeFormat == b.LongTimeFormat &&
+           a.TimeAMString == b.TimeAMString && a.TimePMString == b.TimePMString &&
+           a.ShortTimeFormat == b.ShortTimeFormat && a.LongDateFormat == b.LongDateFormat &&
+           a.ShortMonthNames == b.ShortMonthNames && a.LongMonthNames == b.LongMonthNames &&
+           a.ShortDayNames == b.ShortDayNames && a.LongDayNames == b.LongDayNames;
+}
+
+// Whether the settings still format as the copy `held` does. Most readings find the very
+// same storage, compared as bytes; otherwise the texts are compared, and the copy is
+// renewed so that the next reading finds the same storage again.
+bool keepFormatSettings(TFormatSettings& held, const TFormatSettings& now) {
+    if (std::memcmp(static_cast<const void*>(&held), static_cast<const void*>(&now),
+                    sizeof(TFormatSettings)) == 0)
+        return true;
+    const bool same = sameFormatSettings(held, now);
+    held = now;
+    return same;
+}
+
+}  // namespace
+
+const QString& TKxAnalogGControl::THintCache::Extreme(TExtreme& e, const QString& label, float v,
+                                                      TDateTime when, bool date, bool time,
+                                                      const QString& format, const QString& unit) {
+    if (e.valid && e.value == v && e.when == when && e.date == date && e.time == time &&
+        sameText(e.format, format) && sameText(e.unit, unit))
+        return e.text;
+    e.valid = true;
+    e.value = v;
+    e.when = when;
+    e.date = date;
+    e.time = time;
+    e.format = format;
+    e.unit = unit;
+    e.text = label + FormatFloat(format, v) + QLatin1Char(' ') + unit;
+    if (date) e.text += QLatin1Char(' ') + DateToStr(when);
+    if (time) e.text += QLatin1Char(' ') + TimeToStr(when);
+    return e.text;
+}
+
+TKxAnalogGControl::~TKxAnalogGControl() = default;
+
 void TKxAnalogGControl::SetHint() {
     if (!HasHintOption(hoAutoHint) || Designing()) return;
-    THintSnapshot& h = hintInputs_;
+    THintCache& h = *hintCache_;
     const TSignalSettings& s = *signalSettings_;
-    h.options = hintOptions_;
-    assignChars(h.valueText, valueText_.utf16(), int(valueText_.size()));
-    share(h.unit, s.ValueUnit());
-    share(h.format, s.ValueFormat());
-    share(h.name1, s.Name1());
-    share(h.name2, s.Name2());
-    h.min = minMax_->Min();
-    h.max = minMax_->Max();
-    h.minDateTime = minMax_->MinDateTime();
-    h.maxDateTime = minMax_->MaxDateTime();
-    QString current = TKxGraphicControl::Hint();
-    if (!sameString(current, hintAtMark_)) hintAtMark_ = std::move(current);
-    hintActive_ = true;
-    hintDirty_ = true;
-}
-
-QString TKxAnalogGControl::Hint() const {
-    if (hintActive_) {
-        if (sameString(TKxGraphicControl::Hint(), hintAtMark_)) {
-            if (hintDirty_) {
-                autoHint_ = buildHint();
-                hintDirty_ = false;
-            }
-            return autoHint_;
-        }
-        // Set through the base since the last reading: that text stands.
-        hintActive_ = false;
-        hintDirty_ = false;
-        hintAtMark_ = QString();
+    const bool withValue = HasHintOption(hoValue);
+    const bool withMin = HasHintOption(hoMin);
+    const bool withMax = HasHintOption(hoMax);
+    if ((withMin || withMax) && !keepFormatSettings(h.settings, FormatSettings())) {
+        h.min.valid = false;
+        h.max.valid = false;
     }
-    return TKxGraphicControl::Hint();
-}
-
-QString TKxAnalogGControl::buildHint() const {
-    const THintSnapshot& h = hintInputs_;
-    const auto has = [&h](THintOption o) { return (h.options & HintOption(o)) != 0; };
-    QString text;
-    const auto add = [&text](const QString& part) {
-        if (!text.isEmpty()) text += QChar(13);
-        text += part;
-    };
-    const auto extreme = [&](const QString& label, float v, TDateTime when) {
-        QString part = label + FormatFloat(h.format, v) + QLatin1Char(' ') + h.unit;
-        if (has(hoMinMaxDate)) part += QLatin1Char(' ') + DateToStr(when);
-        if (has(hoMinMaxTime)) part += QLatin1Char(' ') + TimeToStr(when);
-        return part;
-    };
-    if (has(hoValue)) add(QStringLiteral("Value= ") + h.valueText + QLatin1Char(' ') + h.unit);
-    if (has(hoMin)) add(extreme(QStringLiteral("MIN= "), h.min, h.minDateTime));
-    if (has(hoMax)) add(extreme(QStringLiteral("MAX= "), h.max, h.maxDateTime));
-    if (has(hoName1)) add(h.name1);
-    if (has(hoName2)) add(h.name2);
-    return text;
+    const bool date = HasHintOption(hoMinMaxDate);
+    const bool time = HasHintOption(hoMinMaxTime);
+    static const QString kNone;
+    const QString& min = withMin ? THintCache::Extreme(h.min, QStringLiteral("MIN= "),
+                                                       minMax_->Min(), minMax_->MinDateTime(), date,
+                                                       time, s.ValueFormat(), s.ValueUnit())
+                                 : kNone;
+    const QString& max = withMax ? THintCache::Extreme(h.max, QStringLiteral("MAX= "),
+                                                       minMax_->Max(), minMax_->MaxDateTime(), date,
+                                                       time, s.ValueFormat(), s.ValueUnit())
+                                 : kNone;
+    // The tail depends on which parts are on (hoValue included: it decides the tail's
+    // leading separator) and on their texts.
+    const THintOptions tailOptions =
+        hintOptions_ & (HintOption(hoValue) | HintOption(hoMin) | HintOption(hoMax) |
+                        HintOption(hoName1) | HintOption(hoName2));
+    if (!h.tailValid || h.tailOptions != tailOptions || !sameStorage(h.tailMin, min) ||
+        !sameStorage(h.tailMax, max) || !sameStorage(h.tailName1, s.Name1()) ||
+        !sameStorage(h.tailName2, s.Name2())) {
+        h.tailValid = true;
+        h.tailOptions = tailOptions;
+        h.tailMin = min;
+        h.tailMax = max;
+        h.tailName1 = s.Name1();
+        h.tailName2 = s.Name2();
+        QString& tail = h.tail;
+        tail.clear();
+        // A separator goes before a part whenever some text precedes it.
+        const auto add = [&tail, withValue](const QString& part) {
+            if (withValue || !tail.isEmpty()) tail += QLatin1Char('\r');
+            tail += part;
+        };
+        if (withMin) add(min);
+        if (withMax) add(max);
+        if (HasHintOption(hoName1)) add(s.Name1());
+        if (HasHintOption(hoName2)) add(s.Name2());
+        h.tailTip = ToolTipText(tail);
+    }
+    if (!withValue) {
+        SetHintTexts(h.tail, h.tailTip);
+        return;
+    }
+    // The value part ends in text and the tail starts with a separator, so the tool tip
+    // is the value part followed by the tail's tool tip, unless the value part itself
+    // holds a carriage return.
+    const QString& unit = s.ValueUnit();
+    const QString text = kValueLabel % valueText_ % QLatin1Char(' ') % unit % h.tail;
+    if (valueText_.contains(QLatin1Char('\r')) || unit.contains(QLatin1Char('\r')))
+        SetHintTexts(text, ToolTipText(text));
+    else
+        SetHintTexts(text, kValueLabel % valueText_ % QLatin1Char(' ') % unit % h.tailTip);
 }
 
 }  // namespace kx

@@ -1,28 +1,28 @@
-#include "framework/arrowsettings.h"
+#include "kx/framework/arrowsettings.h"
 
-#include "framework/setfield.h"
+#include "kx/framework/setfield.h"
 
 namespace kx {
 
 void TArrowSettings::SetShape(int32_t v) {
     SetField(*this, shape_, v);
 }
-void TArrowSettings::SetColorPen(TColor v) {
+void TArrowSettings::SetColorPen(TColorArg v) {
     SetField(*this, colorPen_, v);
 }
-void TArrowSettings::SetColorBrush(TColor v) {
+void TArrowSettings::SetColorBrush(TColorArg v) {
     SetField(*this, colorBrush_, v);
 }
-void TArrowSettings::SetColorCP1Pen(TColor v) {
+void TArrowSettings::SetColorCP1Pen(TColorArg v) {
     SetField(*this, colorCP1Pen_, v);
 }
-void TArrowSettings::SetColorCP1Brush(TColor v) {
+void TArrowSettings::SetColorCP1Brush(TColorArg v) {
     SetField(*this, colorCP1Brush_, v);
 }
-void TArrowSettings::SetColorCP2Pen(TColor v) {
+void TArrowSettings::SetColorCP2Pen(TColorArg v) {
     SetField(*this, colorCP2Pen_, v);
 }
-void TArrowSettings::SetColorCP2Brush(TColor v) {
+void TArrowSettings::SetColorCP2Brush(TColorArg v) {
     SetField(*this, colorCP2Brush_, v);
 }
 

@@ -1,9 +1,9 @@
-#include "framework/bevelpaint.h"
+#include "kx/framework/bevelpaint.h"
 
 #include <algorithm>
 
-#include "drawing/colors.h"
-#include "drawing/geometry.h"
+#include "kx/drawing/colors.h"
+#include "kx/drawing/geometry.h"
 
 namespace kx {
 namespace {

@@ -1,15 +1,15 @@
-#include "framework/bevelsettings.h"
+#include "kx/framework/bevelsettings.h"
 
 #include <utility>
 
-#include "framework/setfield.h"
+#include "kx/framework/setfield.h"
 
 namespace kx {
 
-void TKxBevelSettings::SetColorFrom(TColor v) {
+void TKxBevelSettings::SetColorFrom(TColorArg v) {
     SetField(*this, colorFrom_, v);
 }
-void TKxBevelSettings::SetColorTo(TColor v) {
+void TKxBevelSettings::SetColorTo(TColorArg v) {
     SetField(*this, colorTo_, v);
 }
 void TKxBevelSettings::SetWidth(int32_t v) {

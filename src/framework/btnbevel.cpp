@@ -1,19 +1,19 @@
-#include "framework/btnbevel.h"
+#include "kx/framework/btnbevel.h"
 
-#include "framework/setfield.h"
+#include "kx/framework/setfield.h"
 
 namespace kx {
 
-void TKxBtnBevel::SetShadowColFrom(TColor v) {
+void TKxBtnBevel::SetShadowColFrom(TColorArg v) {
     SetField(*this, shadowColFrom_, v);
 }
-void TKxBtnBevel::SetShadowColTo(TColor v) {
+void TKxBtnBevel::SetShadowColTo(TColorArg v) {
     SetField(*this, shadowColTo_, v);
 }
-void TKxBtnBevel::SetHighlightColFrom(TColor v) {
+void TKxBtnBevel::SetHighlightColFrom(TColorArg v) {
     SetField(*this, highlightColFrom_, v);
 }
-void TKxBtnBevel::SetHighlightColTo(TColor v) {
+void TKxBtnBevel::SetHighlightColTo(TColorArg v) {
     SetField(*this, highlightColTo_, v);
 }
 void TKxBtnBevel::SetWidth(int32_t v) {

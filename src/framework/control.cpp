@@ -1,4 +1,4 @@
-#include "framework/control.h"
+#include "kx/framework/control.h"
 
 #include <QHelpEvent>
 #include <QMouseEvent>
@@ -17,6 +17,47 @@ TKxControl::TKxControl(QWidget* parent) : QWidget(parent) {
 
 TKxControl::~TKxControl() {
     surface_.Canvas().SetOnDraw(nullptr);
+    releaseCanvas();
+}
+
+void TKxControl::SetCanvas(TCanvas* canvas) {
+    releaseCanvas();
+    canvasOverride_ = canvas;
+}
+
+void TKxControl::releaseCanvas() {
+    if (canvasOverride_) canvasOverride_->Release();
+}
+
+QString TKxControl::ToolTipText(const QString& hint) {
+    if (!hint.contains(QLatin1Char('\r'))) return hint;
+    QString tip;
+    tip.reserve(hint.size());
+    for (qsizetype i = 0; i < hint.size(); ++i) {
+        if (hint[i] != QLatin1Char('\r')) {
+            tip += hint[i];
+            continue;
+        }
+        tip += QLatin1Char('\n');
+        if (i + 1 < hint.size() && hint[i + 1] == QLatin1Char('\n')) ++i;
+    }
+    return tip;
+}
+
+void TKxControl::SetHint(const QString& text) {
+    SetHintTexts(text, ToolTipText(text));
+}
+
+void TKxControl::SetHintTexts(const QString& hint, const QString& toolTip) {
+    hint_ = hint;
+    setOwnToolTip(toolTip);
+}
+
+void TKxControl::setOwnToolTip(const QString& tip) {
+    const bool wasSetting = settingToolTip_;
+    settingToolTip_ = true;
+    setToolTip(tip);
+    settingToolTip_ = wasSetting;
 }
 
 void TKxControl::EndUpdate() {
@@ -56,14 +97,27 @@ void TKxControl::SetBounds(int32_t left, int32_t top, int32_t width, int32_t hei
     ensureSurfaceSize();
 }
 
-void TKxControl::ensureSurfaceSize() {
-    if (surface_.Width() == width() && surface_.Height() == height()) return;
+void TKxControl::MakeCompatibleBitmap(TBitmap& bitmap, int32_t width, int32_t height,
+                                      TPoint origin) const {
+    bitmap.SetDeviceGrid(canvasOverride_ ? canvasOverride_->DeviceRatio() : surface_.DeviceRatio(),
+                         origin);
+    bitmap.SetSize(width, height);
+}
+
+bool TKxControl::ensureSurfaceSize() {
+    const double ratio = TCanvas::ValidRatio(devicePixelRatioF());
+    if (surface_.Width() == width() && surface_.Height() == height() &&
+        surface_.DeviceRatio() == ratio)
+        return false;
+    releaseCanvas();
+    surface_.SetDeviceGrid(ratio);
     surface_.SetSize(width(), height());
     surface_.ClearTransparent();
     // A control that sizes itself at the start of its Paint draws the rest into the new
     // surface; only a resize from outside needs another Paint.
     if (!inPaint_) paintPending_ = true;
     redrawNeeded_ = true;
+    return true;
 }
 
 void TKxControl::surfaceTouched() {
@@ -80,6 +134,7 @@ void TKxControl::PaintToSurface() {
     paintPending_ = false;
     const bool wasInPaint = inPaint_;
     inPaint_ = true;
+    releaseCanvas();
     surface_.ClearTransparent();
     Paint();
     inPaint_ = wasInPaint;
@@ -95,9 +150,31 @@ bool TKxControl::event(QEvent* e) {
             // Readings that arrived while hidden were not drawn.
             Invalidate();
             break;
+        case QEvent::ScreenChangeInternal:
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+        case QEvent::DevicePixelRatioChange:
+#endif
+            // Another screen may have another ratio: a new surface, painted anew.
+            if (ensureSurfaceSize()) Invalidate();
+            break;
+        case QEvent::ApplicationPaletteChange:
+        case QEvent::PaletteChange:
+            // The system colour table has followed the application palette already
+            // (color.h); a palette of this widget alone leaves it as it is.
+            Invalidate();
+            break;
+        case QEvent::ToolTipChange:
+            // Set by the application: its text is the hint from now on, and the tool
+            // tip shows it as any hint (line breaks for carriage returns).
+            if (!settingToolTip_) {
+                hint_ = toolTip();
+                const QString tip = ToolTipText(hint_);
+                if (tip != hint_) setOwnToolTip(tip);
+            }
+            break;
         case QEvent::ToolTip:
             if (showHint_) {
-                const QString text = Hint();
+                const QString text = toolTip();
                 auto* help = static_cast<QHelpEvent*>(e);
                 if (text.isEmpty())
                     QToolTip::hideText();
@@ -117,7 +194,19 @@ void TKxControl::paintEvent(QPaintEvent* e) {
     PaintToSurface();
     QPainter p(this);
     const QRect r = e->rect();
-    p.drawImage(r.topLeft(), surface_.Image(), r);
+    const double ratio = surface_.DeviceRatio();
+    if (ratio == 1.0) {
+        p.drawImage(r.topLeft(), surface_.Image(), r);
+        return;
+    }
+    // The device pixels of the area, one to one: the painter scales the logical target
+    // rectangle back up by the widget's ratio, which is the surface's.
+    const TRect d = surface_.Canvas().DeviceRect(
+        TRect{r.left(), r.top(), r.left() + r.width(), r.top() + r.height()});
+    const QRect source(d.Left, d.Top, d.Width(), d.Height());
+    p.drawImage(QRectF(source.x() / ratio, source.y() / ratio, source.width() / ratio,
+                       source.height() / ratio),
+                surface_.Image(), source);
 }
 
 void TKxControl::resizeEvent(QResizeEvent* e) {

@@ -1,9 +1,9 @@
-#include "framework/customscale.h"
+#include "kx/framework/customscale.h"
 
 #include <cmath>
 
-#include "framework/setfield.h"
-#include "host/color.h"
+#include "kx/framework/setfield.h"
+#include "kx/host/color.h"
 
 namespace kx {
 

@@ -1,13 +1,13 @@
-#include "framework/gradsettings.h"
+#include "kx/framework/gradsettings.h"
 
-#include "framework/setfield.h"
+#include "kx/framework/setfield.h"
 
 namespace kx {
 
-void TKxGradSettings::SetColorFrom(TColor v) {
+void TKxGradSettings::SetColorFrom(TColorArg v) {
     SetField(*this, colorFrom_, v);
 }
-void TKxGradSettings::SetColorTo(TColor v) {
+void TKxGradSettings::SetColorTo(TColorArg v) {
     SetField(*this, colorTo_, v);
 }
 void TKxGradSettings::SetVisible(bool v) {

@@ -1,6 +1,6 @@
-#include "framework/led.h"
+#include "kx/framework/led.h"
 
-#include "framework/setfield.h"
+#include "kx/framework/setfield.h"
 
 namespace kx {
 namespace {
@@ -18,10 +18,10 @@ void TLED::SetShape(TLEDShape v) {
 void TLED::SetShapeValue(int v) {
     if (validShape(v)) SetShape(static_cast<TLEDShape>(v));
 }
-void TLED::SetColorOn(TColor v) {
+void TLED::SetColorOn(TColorArg v) {
     SetField(*this, colorOn_, v);
 }
-void TLED::SetColorOff(TColor v) {
+void TLED::SetColorOff(TColorArg v) {
     SetField(*this, colorOff_, v);
 }
 void TLED::SetWidth(int32_t v) {

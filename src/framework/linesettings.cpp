@@ -1,6 +1,6 @@
-#include "framework/linesettings.h"
+#include "kx/framework/linesettings.h"
 
-#include "framework/setfield.h"
+#include "kx/framework/setfield.h"
 
 namespace kx {
 

@@ -1,9 +1,9 @@
-#include "framework/minmax.h"
+#include "kx/framework/minmax.h"
 
 #include <cmath>
 
-#include "framework/setfield.h"
-#include "host/clock.h"
+#include "kx/framework/setfield.h"
+#include "kx/host/clock.h"
 
 namespace kx {
 
@@ -37,10 +37,10 @@ void TMinMax::SetMinDirect(float v, TDateTime when) {
     minDateTime_ = when;
 }
 
-void TMinMax::SetMaxColor(TColor v) {
+void TMinMax::SetMaxColor(TColorArg v) {
     SetField(*this, maxColor_, v);
 }
-void TMinMax::SetMinColor(TColor v) {
+void TMinMax::SetMinColor(TColorArg v) {
     SetField(*this, minColor_, v);
 }
 void TMinMax::SetUseSectorCol(bool v) {

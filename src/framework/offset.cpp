@@ -1,7 +1,7 @@
-#include "framework/offset.h"
+#include "kx/framework/offset.h"
 
-#include "drawing/geometry.h"
-#include "framework/setfield.h"
+#include "kx/drawing/geometry.h"
+#include "kx/framework/setfield.h"
 
 namespace kx {
 

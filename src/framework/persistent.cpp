@@ -1,4 +1,4 @@
-#include "framework/persistent.h"
+#include "kx/framework/persistent.h"
 
 namespace kx {
 namespace {

@@ -1,6 +1,6 @@
-#include "framework/rscale.h"
+#include "kx/framework/rscale.h"
 
-#include "framework/setfield.h"
+#include "kx/framework/setfield.h"
 
 namespace kx {
 

@@ -1,10 +1,10 @@
-#include "framework/sbevel.h"
+#include "kx/framework/sbevel.h"
 
 #include <algorithm>
 
-#include "drawing/geometry.h"
-#include "drawing/gradient.h"
-#include "framework/setfield.h"
+#include "kx/drawing/geometry.h"
+#include "kx/drawing/gradient.h"
+#include "kx/framework/setfield.h"
 
 namespace kx {
 namespace {
@@ -47,22 +47,22 @@ void TKxSBevel::SetBevelLine(TBevelLine v) {
 void TKxSBevel::SetWidth(int32_t v) {
     if (v >= 0) SetField(*this, width_, v);
 }
-void TKxSBevel::SetColor(TColor v) {
+void TKxSBevel::SetColor(TColorArg v) {
     SetField(*this, color_, v);
 }
-void TKxSBevel::SetColorShadowFrom(TColor v) {
+void TKxSBevel::SetColorShadowFrom(TColorArg v) {
     SetField(*this, colorShadowFrom_, v);
 }
-void TKxSBevel::SetColorShadowTo(TColor v) {
+void TKxSBevel::SetColorShadowTo(TColorArg v) {
     SetField(*this, colorShadowTo_, v);
 }
-void TKxSBevel::SetColorHighLightFrom(TColor v) {
+void TKxSBevel::SetColorHighLightFrom(TColorArg v) {
     SetField(*this, colorHighLightFrom_, v);
 }
-void TKxSBevel::SetColorHighLightTo(TColor v) {
+void TKxSBevel::SetColorHighLightTo(TColorArg v) {
     SetField(*this, colorHighLightTo_, v);
 }
-void TKxSBevel::SetPenColor(TColor v) {
+void TKxSBevel::SetPenColor(TColorArg v) {
     SetField(*this, penColor_, v);
 }
 void TKxSBevel::SetSurfaceGrad(const TKxGradSettings* v) {

@@ -1,15 +1,15 @@
-#include "framework/scalesettings.h"
+#include "kx/framework/scalesettings.h"
 
 #include <algorithm>
 #include <cstdlib>
 
-#include "drawing/angles.h"
-#include "drawing/geometry.h"
-#include "drawing/logvalues.h"
-#include "drawing/strings.h"
-#include "drawing/text.h"
-#include "framework/setfield.h"
-#include "host/numeric.h"
+#include "kx/drawing/angles.h"
+#include "kx/drawing/geometry.h"
+#include "kx/drawing/logvalues.h"
+#include "kx/drawing/strings.h"
+#include "kx/drawing/text.h"
+#include "kx/framework/setfield.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 namespace {
@@ -59,10 +59,10 @@ void TScaleSettings::hookFont() {
     font_->SetOnChange([this](QObject*) { Change(); });
 }
 
-void TScaleSettings::SetColor(TColor v) {
+void TScaleSettings::SetColor(TColorArg v) {
     SetField(*this, color_, v);
 }
-void TScaleSettings::SetPointerColor(TColor v) {
+void TScaleSettings::SetPointerColor(TColorArg v) {
     SetField(*this, pointerColor_, v);
 }
 void TScaleSettings::SetDrawLine(bool v) {
@@ -313,7 +313,8 @@ void TScaleSettings::setRoundTickLengths(int32_t radius) {
 void TScaleSettings::noRoom(TRect& rect, TPoint centre) {
     StepLength = 0;
     SubStepLength = 0;
-    ScaleCenter = centre;
+    ScaleCenter = KxCenterPoint(rect);
+    RingCenter = centre;
     rect = TRect{centre.X, centre.Y, centre.X, centre.Y};
     ArcRect = rect;
     ArcStart = centre;
@@ -360,7 +361,7 @@ void TScaleSettings::drawRing(TCanvas& canvas, const RingGeometry& g, int32_t st
     if (angleSpan != 360) drawLabel(float(angleSpan));
     drawTick(float(angleSpan));
 
-    ScaleCenter = m;
+    RingCenter = m;
     ArcStart = at(inner, float(angleSpan));
     ArcEnd = outer;
 }
@@ -384,6 +385,7 @@ void TScaleSettings::RoundScala(TCanvas& canvas, TRect& rect, int32_t startAngle
     g.innerY = sat(int64_t(g.outerY) + StepLength);
     g.subY = sat(int64_t(g.innerY) - SubStepLength);
     drawRing(canvas, g, startAngle, angleSpan);
+    ScaleCenter = c;
 
     const int64_t s = half + Div(StepPenWidth, 2);
     const int32_t grow = StepPenWidth == 1 ? 1 : 0;
@@ -411,6 +413,7 @@ void TScaleSettings::DialScala(TCanvas& canvas, TRect& rect, int32_t startAngle,
     g.innerY = sat(m.Y - rootR);
     g.subY = sat(int64_t(g.innerY) - SubStepLength);
     drawRing(canvas, g, startAngle, angleSpan);
+    ScaleCenter = m;
 
     auto square = [&](int64_t radius) {
         return TRect{sat(m.X - radius), sat(m.Y - radius), sat(m.X + radius + 1),

@@ -1,10 +1,10 @@
-#include "framework/sectorsettings.h"
+#include "kx/framework/sectorsettings.h"
 
-#include "framework/setfield.h"
+#include "kx/framework/setfield.h"
 
 namespace kx {
 
-void TSectorSettings::SetSector1Color(TColor v) {
+void TSectorSettings::SetSector1Color(TColorArg v) {
     SetField(*this, sector1Color_, v);
 }
 void TSectorSettings::SetSector1From(int32_t v) {
@@ -13,7 +13,7 @@ void TSectorSettings::SetSector1From(int32_t v) {
 void TSectorSettings::SetSector1To(int32_t v) {
     SetField(*this, sector1To_, v);
 }
-void TSectorSettings::SetSector2Color(TColor v) {
+void TSectorSettings::SetSector2Color(TColorArg v) {
     SetField(*this, sector2Color_, v);
 }
 void TSectorSettings::SetSector2From(int32_t v) {
@@ -22,7 +22,7 @@ void TSectorSettings::SetSector2From(int32_t v) {
 void TSectorSettings::SetSector2To(int32_t v) {
     SetField(*this, sector2To_, v);
 }
-void TSectorSettings::SetSector3Color(TColor v) {
+void TSectorSettings::SetSector3Color(TColorArg v) {
     SetField(*this, sector3Color_, v);
 }
 void TSectorSettings::SetSector3From(int32_t v) {

@@ -1,12 +1,12 @@
-#include "framework/signalsettings.h"
+#include "kx/framework/signalsettings.h"
 
 #include <cmath>
 
-#include "drawing/geometry.h"
-#include "drawing/logvalues.h"
-#include "framework/setfield.h"
-#include "framework/single.h"
-#include "host/numeric.h"
+#include "kx/drawing/geometry.h"
+#include "kx/drawing/logvalues.h"
+#include "kx/framework/setfield.h"
+#include "kx/framework/single.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 namespace {
@@ -72,6 +72,12 @@ void TSignalSettings::SetValueTo(float v) {
     valueTo_ = v;
     if (logScale_) SetValueTo(roundToDecade(valueTo_));
     Change();
+}
+
+void TSignalSettings::WriteRange(float from, float to) {
+    if (std::isfinite(from)) valueFrom_ = from;
+    if (std::isfinite(to)) valueTo_ = to;
+    CalcDerived();
 }
 
 void TSignalSettings::CalcDerived() {
@@ -161,7 +167,7 @@ void TChSettings::updateAbsDigit() {
     absDigit_ = saturate(int64_t(digit_) - int64_t(DigitalFrom()));
 }
 
-void TChSettings::SetColor(TColor v) {
+void TChSettings::SetColor(TColorArg v) {
     SetField(*this, color_, v);
 }
 void TChSettings::SetVisible(bool v) {

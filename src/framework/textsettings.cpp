@@ -1,6 +1,6 @@
-#include "framework/textsettings.h"
+#include "kx/framework/textsettings.h"
 
-#include "framework/setfield.h"
+#include "kx/framework/setfield.h"
 
 namespace kx {
 

@@ -1,4 +1,4 @@
-#include "host/bitmap.h"
+#include "kx/host/bitmap.h"
 
 #include <cstring>
 
@@ -6,24 +6,47 @@ namespace kx {
 
 TBitmap::TBitmap() : canvas_(std::make_unique<TCanvas>(&image_)) {}
 
-TBitmap::TBitmap(int32_t width, int32_t height) : TBitmap() { SetSize(width, height); }
+TBitmap::TBitmap(int32_t width, int32_t height) : TBitmap() {
+    SetSize(width, height);
+}
 
-TBitmap::~TBitmap() { canvas_->Release(); }
+TBitmap::~TBitmap() {
+    canvas_->Release();
+}
 
 void TBitmap::SetSize(int32_t width, int32_t height) {
     width = std::max(width, 0);
     height = std::max(height, 0);
-    if (width == image_.width() && height == image_.height()) return;
+    if (width == width_ && height == height_) return;
+    resize(width, height, true);
+}
+
+void TBitmap::SetDeviceGrid(double ratio, TPoint origin) {
+    ratio = TCanvas::ValidRatio(ratio);
+    if (ratio == DeviceRatio() && origin == GridOrigin()) return;
+    const bool sameRatio = ratio == DeviceRatio();
     canvas_->Release();
-    if (width == 0 || height == 0) {
+    canvas_->SetDeviceGrid(ratio, origin, TPoint{width_, height_});
+    resize(width_, height_, sameRatio);
+}
+
+void TBitmap::resize(int32_t width, int32_t height, bool keep) {
+    canvas_->Release();
+    width_ = width;
+    height_ = height;
+    canvas_->SetDeviceGrid(DeviceRatio(), GridOrigin(), TPoint{width, height});
+    const int32_t dw = canvas_->DeviceX(width) - canvas_->DeviceX(0);
+    const int32_t dh = canvas_->DeviceY(height) - canvas_->DeviceY(0);
+    if (dw <= 0 || dh <= 0) {
         image_ = QImage();
         return;
     }
-    QImage next(width, height, QImage::Format_ARGB32_Premultiplied);
+    if (keep && image_.width() == dw && image_.height() == dh) return;
+    QImage next(dw, dh, QImage::Format_ARGB32_Premultiplied);
     next.fill(0xFFFFFFFFu);
-    if (!image_.isNull()) {
-        const int w = std::min(width, image_.width()) * 4;
-        for (int y = 0; y < std::min(height, image_.height()); ++y)
+    if (keep && !image_.isNull()) {
+        const int w = std::min(dw, image_.width()) * 4;
+        for (int y = 0; y < std::min(dh, image_.height()); ++y)
             std::memcpy(next.scanLine(y), image_.constScanLine(y), size_t(w));
     }
     image_ = std::move(next);
@@ -33,6 +56,9 @@ void TBitmap::Assign(const TBitmap& other) {
     if (&other == this) return;
     canvas_->Release();
     other.canvas_->Release();
+    width_ = other.width_;
+    height_ = other.height_;
+    canvas_->SetDeviceGrid(other.DeviceRatio(), other.GridOrigin(), TPoint{width_, height_});
     // Reuse the buffer when the size matches so that a per-reading copy never allocates.
     if (image_.size() == other.image_.size() && !image_.isNull()) {
         std::memcpy(image_.bits(), other.image_.constBits(), size_t(image_.sizeInBytes()));
@@ -47,7 +73,9 @@ void TBitmap::ClearTransparent() {
     if (!image_.isNull()) image_.fill(0u);
 }
 
-const QImage& TBitmap::Image() const { return image_; }
+const QImage& TBitmap::Image() const {
+    return image_;
+}
 
 QImage& TBitmap::MutableImage() {
     canvas_->Release();
@@ -55,10 +83,14 @@ QImage& TBitmap::MutableImage() {
 }
 
 TColor TBitmap::Pixel(int32_t x, int32_t y) const {
+    x = canvas_->DeviceX(x);
+    y = canvas_->DeviceY(y);
     if (x < 0 || y < 0 || x >= image_.width() || y >= image_.height()) return -1;
     return FromQRgb(qUnpremultiply(image_.pixel(x, y)));
 }
 
-bool TBitmap::SaveToFile(const QString& path) const { return image_.save(path); }
+bool TBitmap::SaveToFile(const QString& path) const {
+    return image_.save(path);
+}
 
 }  // namespace kx

@@ -1,4 +1,4 @@
-#include "host/clock.h"
+#include "kx/host/clock.h"
 
 #include <QDateTime>
 #include <QElapsedTimer>

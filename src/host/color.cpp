@@ -1,5 +1,8 @@
-#include "host/color.h"
+#include "kx/host/color.h"
 
+#include <QCoreApplication>
+#include <QEvent>
+#include <QGuiApplication>
 #include <array>
 
 namespace kx {
@@ -38,9 +41,49 @@ std::array<TColor, kSystemColorCount>& table() {
     return t;
 }
 
-bool isSystem(TColor c) { return (uint32_t(c) & 0xFF000000u) == 0xFF000000u; }
+bool isSystem(TColor c) {
+    return (uint32_t(c) & 0xFF000000u) == 0xFF000000u;
+}
+
+bool& following() {
+    static bool follow = true;
+    return follow;
+}
+
+// Watches the application object for palette changes; the application sends the change
+// to itself before it tells the widgets, so the table is current when they repaint.
+class PaletteWatcher : public QObject {
+  public:
+    using QObject::QObject;
+    bool eventFilter(QObject* watched, QEvent* e) override {
+        if (e->type() == QEvent::ApplicationPaletteChange &&
+            watched == QCoreApplication::instance())
+            SyncSystemColorsWithApplicationPalette();
+        return false;
+    }
+};
+
+void watchApplicationPalette() {
+    QCoreApplication* app = QCoreApplication::instance();
+    if (app) app->installEventFilter(new PaletteWatcher(app));
+}
 
 }  // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(watchApplicationPalette)
+
+void SetSystemColorsFollowPalette(bool follow) {
+    following() = follow;
+}
+
+bool SystemColorsFollowPalette() {
+    return following();
+}
+
+void SyncSystemColorsWithApplicationPalette() {
+    if (!following() || !qobject_cast<QGuiApplication*>(QCoreApplication::instance())) return;
+    SetSystemColorsFromPalette(QGuiApplication::palette());
+}
 
 TColor ColorToRGB(TColor c) {
     if (!isSystem(c)) return c;
@@ -55,7 +98,9 @@ void SetSystemColor(TColor systemColor, TColor rgb) {
     if (index < kSystemColorCount) table()[index] = rgb & 0xFFFFFF;
 }
 
-void ResetSystemColors() { table() = kClassicSystemColors; }
+void ResetSystemColors() {
+    table() = kClassicSystemColors;
+}
 
 void SetSystemColorsFromPalette(const QPalette& p) {
     auto set = [](TColor sys, const QColor& q) { SetSystemColor(sys, FromQColor(q)); };
@@ -79,7 +124,20 @@ QColor ToQColor(TColor c) {
     return QColor(GetRValue(rgb), GetGValue(rgb), GetBValue(rgb));
 }
 
-TColor FromQColor(const QColor& c) { return RGB(c.red(), c.green(), c.blue()); }
+TColor FromQColor(const QColor& c) {
+    return RGB(c.red(), c.green(), c.blue());
+}
+
+QColor EncodeQColor(TColor c) {
+    return QColor(GetRValue(c), GetGValue(c), GetBValue(c), 255 - int((uint32_t(c) >> 24) & 0xFF));
+}
+
+TColor DecodeQColor(const QColor& q) {
+    if (!q.isValid()) return clNone;
+    const QColor rgb = q.toRgb();
+    const uint32_t top = uint32_t(255 - rgb.alpha()) << 24;
+    return TColor(top | uint32_t(RGB(rgb.red(), rgb.green(), rgb.blue())));
+}
 
 uint32_t ToQRgb(TColor c) {
     TColor rgb = ColorToRGB(c);

@@ -12,8 +12,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "host/datetime.h"
-#include "host/numeric.h"
+#include "kx/host/datetime.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 namespace {

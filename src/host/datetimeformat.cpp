@@ -1,4 +1,4 @@
-#include "host/datetimeformat.h"
+#include "kx/host/datetimeformat.h"
 
 namespace kx {
 namespace {

@@ -1,4 +1,4 @@
-#include "host/decimaldigits.h"
+#include "kx/host/decimaldigits.h"
 
 #include <charconv>
 #include <cmath>
@@ -14,6 +14,28 @@ void StripTrailingZeros(TDecimalDigits& v) {
         --v.count;
 }
 
+// Whether a finite a > 0 lies exactly halfway between two 17-digit decimals, that is
+// a == P * 10^-f with P an integer of exactly 18 digits ending in 5. With a == m * 2^-f
+// and m odd, P == m * 5^f: odd, so it never ends in 0, and below 10^18 only for f <= 25.
+bool IsSeventeenDigitTie(double a) {
+    int e2 = 0;
+    const double mant = std::frexp(a, &e2);
+    auto m = static_cast<uint64_t>(std::ldexp(mant, 53));
+    int f = 53 - e2;
+    while ((m & 1) == 0) {
+        m >>= 1;
+        --f;
+    }
+    if (f < 1 || f > 25) return false;
+    constexpr uint64_t kLow = 100000000000000000ULL;  // 10^17
+    uint64_t p = m;
+    for (int i = 0; i < f; ++i) {
+        if (p > kLow * 2) return false;  // p * 5 > 10^18 from here on
+        p *= 5;
+    }
+    return p > kLow;
+}
+
 }  // namespace
 
 TDecimalDigits DecimalDigitsOf(double value) {
@@ -21,22 +43,30 @@ TDecimalDigits DecimalDigitsOf(double value) {
     r.negative = std::signbit(value);
     const double a = std::fabs(value);
     if (!(a > 0.0) || !std::isfinite(a)) return r;
+    // The conversion breaks an exact tie to even; such a value is converted with one
+    // digit more, exactly, and rounded here half away from zero like every other step.
+    const bool tie = IsSeventeenDigitTie(a);
+    const int digits = tie ? 18 : 17;
     char buf[40];
-    const auto res = std::to_chars(buf, buf + sizeof buf, a, std::chars_format::scientific, 16);
-    // "d.dddddddddddddddde[+-]XX[X]"
+    const auto res =
+        std::to_chars(buf, buf + sizeof buf, a, std::chars_format::scientific, digits - 1);
+    // "d.dddddddddddddddd[d]e[+-]XX[X]"
     const char* p = buf;
     r.d[0] = *p++;
     ++p;  // '.'
-    for (int i = 1; i < 17; ++i)
+    for (int i = 1; i < digits; ++i)
         r.d[i] = *p++;
     ++p;  // 'e'
     const bool negExp = *p++ == '-';
     int x = 0;
     while (p < res.ptr)
         x = x * 10 + (*p++ - '0');
-    r.count = 17;
+    r.count = digits;
     r.exp = (negExp ? -x : x) + 1;
-    StripTrailingZeros(r);
+    if (tie)
+        RoundDigits(r, 17);
+    else
+        StripTrailingZeros(r);
     return r;
 }
 

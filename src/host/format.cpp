@@ -1,13 +1,13 @@
-#include "host/format.h"
+#include "kx/host/format.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <string>
 
-#include "host/decimaldigits.h"
-#include "host/formatfloat.h"
-#include "host/formatsettings.h"
+#include "kx/host/decimaldigits.h"
+#include "kx/host/formatfloat.h"
+#include "kx/host/formatsettings.h"
 
 namespace kx {
 namespace {
@@ -35,9 +35,11 @@ uint64_t Magnitude(int64_t v) {
     return v < 0 ? 0 - uint64_t(v) : uint64_t(v);
 }
 
-// Fixed notation with `decimals` decimals through a cached picture.
+// Fixed notation with `decimals` decimals through a cached picture. A value that
+// rounds to zero prints without sign (a picture would keep the sign of -0.0001).
 QString FixedText(double value, int decimals, bool group) {
     decimals = std::clamp(decimals, 0, 40);
+    if (std::isfinite(value) && FixedDigitsOf(value, decimals).IsZero()) value = 0;
     QString picture = group ? QStringLiteral("#,##0") : QStringLiteral("0");
     if (decimals > 0) picture += u'.' + QString(decimals, u'0');
     return FormatFloat(picture, value);

@@ -1,4 +1,4 @@
-#include "host/formatfloat.h"
+#include "kx/host/formatfloat.h"
 
 #include <algorithm>
 #include <array>
@@ -270,9 +270,12 @@ int TFloatPicture::Emit(const TSection& s, const TDecimalDigits& v, bool minus,
 int TFloatPicture::FormatFull(char16_t* out, double value, const TFormatSettings& fs) const {
     if (const int n = SpecialValue(out, value)) return n;
     if (sectionCount_ == 0) return FormatGeneralTo(out, value, 15, fs);
+    // The value picks the section, not its rounded digits: -0.25 under "0" prints "-0".
     const TSection* s = &sections_[0];
     bool minus = false;
-    if (value < 0) {
+    if (value == 0) {
+        if (sectionCount_ >= 3 && !sections_[2].empty) s = &sections_[2];
+    } else if (value < 0) {
         if (sectionCount_ >= 2 && !sections_[1].empty)
             s = &sections_[1];
         else
@@ -280,14 +283,7 @@ int TFloatPicture::FormatFull(char16_t* out, double value, const TFormatSettings
     }
     if (s->empty || (!s->sci && std::fabs(value) >= kGeneralLimit))
         return FormatGeneralTo(out, value, 15, fs);
-    TDecimalDigits d = DigitsFor(*s, value);
-    if (d.IsZero()) {
-        s = sectionCount_ >= 3 && !sections_[2].empty ? &sections_[2] : &sections_[0];
-        if (s->empty) return FormatGeneralTo(out, 0.0, 15, fs);
-        d = TDecimalDigits{};
-        minus = false;
-    }
-    return Emit(*s, d, minus, fs, out);
+    return Emit(*s, DigitsFor(*s, value), minus, fs, out);
 }
 
 int TFloatPicture::FormatTo(char16_t* out, int cap, double value, const TFormatSettings& fs) const {

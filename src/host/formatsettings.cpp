@@ -1,4 +1,4 @@
-#include "host/formatsettings.h"
+#include "kx/host/formatsettings.h"
 
 namespace kx {
 namespace {

@@ -1,4 +1,4 @@
-#include "host/graphics.h"
+#include "kx/host/graphics.h"
 
 #include <cstdlib>
 
@@ -8,7 +8,7 @@ void TGraphicsObject::Changed() {
     if (onChange_) onChange_(this);
 }
 
-void TPen::SetColor(TColor c) {
+void TPen::SetColor(TColorArg c) {
     if (c == color_) return;
     color_ = c;
     Changed();
@@ -42,7 +42,7 @@ void TPen::Assign(const TPen& o) {
     Changed();
 }
 
-void TBrush::SetColor(TColor c) {
+void TBrush::SetColor(TColorArg c) {
     if (c == color_ && style_ != bsClear) return;
     color_ = c;
     if (style_ == bsClear) style_ = bsSolid;
@@ -98,7 +98,7 @@ void TFont::SetHeight(int32_t pixels) {
     Changed();
 }
 
-void TFont::SetColor(TColor c) {
+void TFont::SetColor(TColorArg c) {
     if (c == color_) return;
     color_ = c;
     Changed();

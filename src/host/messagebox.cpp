@@ -1,4 +1,4 @@
-#include "host/messagebox.h"
+#include "kx/host/messagebox.h"
 
 #include <QApplication>
 #include <QGuiApplication>

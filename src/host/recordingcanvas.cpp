@@ -1,6 +1,6 @@
-#include "host/recordingcanvas.h"
+#include "kx/host/recordingcanvas.h"
 
-#include "host/bitmap.h"
+#include "kx/host/bitmap.h"
 
 namespace kx {
 

@@ -1,19 +1,24 @@
-#include "indicators/rmeter.h"
+#include "kx/indicators/rmeter.h"
 
 #include <QPointer>
 #include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <vector>
 
-#include "blink/flashtimer.h"
-#include "drawing/angles.h"
-#include "drawing/geometry.h"
-#include "drawing/shapes.h"
-#include "host/numeric.h"
+#include "kx/blink/flashtimer.h"
+#include "kx/drawing/angles.h"
+#include "kx/drawing/geometry.h"
+#include "kx/drawing/shapes.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 namespace {
 
 // Square-wave code of the needle blink (about 2 Hz at the 16 ms tick).
 constexpr int64_t kNeedleBlinkCode = 4;
+// An auto-sized scale grows no wider than this to keep its labels apart.
+constexpr int32_t kMaxNaturalWidth = 4096;
 
 TRect unite(const TRect& a, const TRect& b) {
     return TRect{std::min(a.Left, b.Left), std::min(a.Top, b.Top), std::max(a.Right, b.Right),
@@ -27,7 +32,81 @@ void include(TRect& r, TPoint p) {
     r.Bottom = std::max(r.Bottom, p.Y + 1);
 }
 
+int32_t sat(int64_t v) {
+    return int32_t(std::clamp<int64_t>(v, INT32_MIN, INT32_MAX));
+}
+
+TRect shrunk(TRect r, int32_t n) {
+    KxBorder(r, n);
+    return r;
+}
+
+bool overlaps(const TRect& a, const TRect& b) {
+    return a.Left < b.Right && b.Left < a.Right && a.Top < b.Bottom && b.Top < a.Bottom;
+}
+
+bool inside(const TRect& inner, const TRect& outer) {
+    return inner.Left >= outer.Left && inner.Top >= outer.Top && inner.Right <= outer.Right &&
+           inner.Bottom <= outer.Bottom;
+}
+
 }  // namespace
+
+// Draws nothing: collects the box of every line end and text that a drawing touches, and
+// the boxes of the texts. Texts are measured by another canvas as it stands, so the
+// caller selects the drawing's font there first.
+class TKxRMeter::TExtentCanvas : public TCanvas {
+  public:
+    explicit TExtentCanvas(TCanvas& metrics) : metrics_(metrics) {}
+
+    bool Any = false;
+    TRect Box{};
+    std::vector<TRect> Texts;
+
+    void Add(int64_t l, int64_t t, int64_t r, int64_t b) {
+        const TRect box{sat(l), sat(t), sat(r), sat(b)};
+        Box = Any ? unite(Box, box) : box;
+        Any = true;
+    }
+    // A pixel with the pen's reach round it.
+    void AddPoint(TPoint p, int32_t reach) {
+        Add(int64_t(p.X) - reach, int64_t(p.Y) - reach, int64_t(p.X) + reach + 1,
+            int64_t(p.Y) + reach + 1);
+    }
+    // Points of the ellipse inscribed in r, from angle a0 (degrees, 0 up, clockwise) over
+    // extent degrees: one per degree and both ends.
+    void AddEllipseArc(const TRect& r, double a0, double extent, int32_t reach) {
+        const double cx = (double(r.Left) + r.Right) / 2, cy = (double(r.Top) + r.Bottom) / 2;
+        const double rx = (double(r.Right) - r.Left) / 2, ry = (double(r.Bottom) - r.Top) / 2;
+        const int32_t steps = std::clamp(int32_t(std::ceil(std::abs(extent))), 1, 720);
+        for (int32_t i = 0; i <= steps; ++i) {
+            const double a = (a0 + extent * i / steps) * std::numbers::pi / 180;
+            const double x = std::clamp(cx + rx * std::sin(a), -1e9, 1e9);
+            const double y = std::clamp(cy - ry * std::cos(a), -1e9, 1e9);
+            AddPoint(TPoint{int32_t(std::floor(x)), int32_t(std::floor(y))}, reach);
+        }
+    }
+
+    void MoveTo(int32_t x, int32_t y) override { SetPenPos(TPoint{x, y}); }
+    void LineTo(int32_t x, int32_t y) override {
+        const int32_t reach = Div(Pen().Width(), 2);
+        AddPoint(PenPos(), reach);
+        AddPoint(TPoint{x, y}, reach);
+        SetPenPos(TPoint{x, y});
+    }
+    void TextOut(int32_t x, int32_t y, const QString& text) override {
+        if (text.isEmpty()) return;
+        const TRect box{x, y, sat(int64_t(x) + TextWidth(text)),
+                        sat(int64_t(y) + TextHeight(text))};
+        Texts.push_back(box);
+        Add(box.Left, box.Top, box.Right, box.Bottom);
+    }
+    int32_t TextWidth(const QString& text) override { return metrics_.TextWidth(text); }
+    int32_t TextHeight(const QString& text) override { return metrics_.TextHeight(text); }
+
+  private:
+    TCanvas& metrics_;
+};
 
 TKxRMeter::TKxRMeter(QWidget* parent)
     : TKxAnalogGControl(parent),
@@ -50,7 +129,9 @@ TKxRMeter::TKxRMeter(QWidget* parent)
     bevelOuter_->SetWidth(2);
 }
 
-TKxRMeter::~TKxRMeter() { DelControl(this); }
+TKxRMeter::~TKxRMeter() {
+    DelControl(this);
+}
 
 void TKxRMeter::configure(TMeterType type, int32_t start, int32_t sweep, float aspect,
                           int32_t width, int32_t height, int32_t steps) {
@@ -141,16 +222,14 @@ void TKxRMeter::CalcSize() {
     text_.unitH = c.TextHeight(sig.ValueUnit());
     scaleSettings_->CalcRSize(c, sig.ValueFrom(), sig.ValueTo());
 
+    // A fixed size is kept as it is: the measures above serve the paint.
+    if (!autoSize_) return;
     const int32_t labelH = scaleSettings_->MaxTextHeight;
     const int32_t labelW = scaleSettings_->MaxTextWidth;
     const int32_t outer = HasOption(opBevelOuter) ? 2 * bevelOuter_->TotalWidth() : 0;
     const int32_t inner = HasOption(opBevelInner) ? 2 * bevelInner_->TotalWidth() : 0;
-    int32_t w;
-    if (autoSize_) {
-        w = 10 * labelH;
-    } else {
-        w = std::max(width() - outer - inner, 7 * labelH);
-    }
+    const int32_t natural = naturalScaleWidth();
+    int32_t w = natural;
     int32_t h = Round(double(w - labelW) / double(aspect_) + labelH);
     w += outer;
     h += outer;
@@ -167,7 +246,79 @@ void TKxRMeter::CalcSize() {
         h += inner;
         w = std::max(w, w + inner);
     }
-    if (autoSize_ && (width() != w || height() != h)) SetBounds(x(), y(), w, h);
+    // The scale as wide as the sizing makes it without names must fit in the area above
+    // the names: grow by what it lacks (the 120-degree scale is wider than its area).
+    TRect instrument, area;
+    frameFor(TRect{0, 0, w, h}, instrument, area);
+    TRect in = instrument;
+    in.Left = sat(instrument.Left + int64_t(Div(instrument.Width() - natural, 2)));
+    in.Right = sat(int64_t(in.Left) + natural);
+    TExtentCanvas e(c);
+    scaleExtent(e, meterType_ == Kx120Meter ? Widen120(in) : in);
+    if (e.Any) {
+        const int64_t side = std::max<int64_t>(
+            {0, int64_t(area.Left) - e.Box.Left, int64_t(e.Box.Right) - area.Right});
+        w = sat(w + 2 * side);
+        h = sat(h + std::max<int64_t>(0, int64_t(e.Box.Bottom) - area.Bottom));
+    }
+    if (width() != w || height() != h) SetBounds(x(), y(), w, h);
+}
+
+int32_t TKxRMeter::naturalScaleWidth() {
+    // Labels are measured in the font CalcRSize left selected.
+    const int32_t base = sat(10 * int64_t(scaleSettings_->MaxTextHeight));
+    // Labels closer than a quarter of their height read as one.
+    const int32_t gap = std::max(1, Div(scaleSettings_->MaxTextHeight, 4));
+    auto crowded = [&](int32_t w) {
+        TExtentCanvas e(Canvas());
+        const TRect in{0, 0, w, w};
+        scaleExtent(e, meterType_ == Kx120Meter ? Widen120(in) : in);
+        for (size_t i = 0; i < e.Texts.size(); ++i)
+            for (size_t j = i + 1; j < e.Texts.size(); ++j)
+                if (overlaps(shrunk(e.Texts[i], -gap), e.Texts[j])) return true;
+        return false;
+    };
+    // Without a sweep every label stands on the first: no width keeps them apart.
+    if (base <= 0 || sweepAngle_ <= 0 || !crowded(base)) return base;
+    int32_t lo = base, hi = base;
+    while (crowded(hi)) {
+        if (hi >= kMaxNaturalWidth / 2) return kMaxNaturalWidth;
+        lo = hi;
+        hi *= 2;
+    }
+    while (hi - lo > 1) {
+        const int32_t mid = lo + (hi - lo) / 2;
+        (crowded(mid) ? lo : hi) = mid;
+    }
+    return hi;
+}
+
+void TKxRMeter::frameFor(const TRect& client, TRect& instrument, TRect& area) const {
+    TRect r = client;
+    TRect frame = client;  // inside the outer bevel's lines and rings
+    int32_t t = 0;
+    if (HasOption(opBevelOuter)) {
+        frame = shrunk(client, bevelOuter_->TotalWidth() - bevelOuter_->Spacing());
+        r = bevelOuter_->Offset()->SetOffset(shrunk(client, bevelOuter_->TotalWidth()));
+        t = Div(bevelOuter_->Spacing(), 2);
+    }
+    int64_t namesTop = frame.Bottom;
+    if (HasOption(opName2)) {
+        r.Bottom -= text_.name2H;
+        namesTop = int64_t(r.Bottom) + t;
+    }
+    if (HasOption(opName1)) {
+        r.Bottom -= text_.name1H;
+        namesTop = int64_t(r.Bottom) + t;
+    }
+    if (HasOption(opBevelInner)) {
+        area = shrunk(r, bevelInner_->TotalWidth() - bevelInner_->Spacing());
+        r = bevelInner_->Offset()->SetOffset(shrunk(r, bevelInner_->TotalWidth()));
+    } else {
+        area = frame;
+        area.Bottom = sat(std::min<int64_t>(frame.Bottom, namesTop));
+    }
+    instrument = r;
 }
 
 void TKxRMeter::paintNames(TRect& r, int32_t t) {
@@ -185,50 +336,105 @@ void TKxRMeter::paintNames(TRect& r, int32_t t) {
     }
 }
 
-void TKxRMeter::paintScale(TRect& r) {
-    TCanvas& c = Canvas();
-    TRect r0 = r;
-    switch (meterType_) {
-        case Kx360Meter:
-        case Kx270Meter:
-            scaleSettings_->RoundScala(c, r, startAngle_, sweepAngle_);
-            scaleRect_ = r;
-            break;
-        case Kx120Meter:
-            r = Widen120(r);
-            r0 = r;
-            [[fallthrough]];
-        case Kx180Meter: {
-            scaleRect_.Bottom = r.Bottom + bevelInner_->Spacing();
-            scaleSettings_->RoundScala(c, r, startAngle_, sweepAngle_);
-            scaleRect_.Left = r.Left;
-            scaleRect_.Top = r.Top;
-            scaleRect_.Right = r.Right;
-            break;
+void TKxRMeter::scaleExtent(TExtentCanvas& e, const TRect& in) {
+    TRect square = in;
+    scaleSettings_->RoundScala(e, square, startAngle_, sweepAngle_);
+    if (square.Width() <= 0) return;  // no room: no ring either
+    const TSectorSettings& sectors = *SectorSettings();
+    TRect r2 = shrunk(square, sat(int64_t(scaleSettings_->StepLength) + sectors.Offset()));
+    if (HasOption(opSector)) {
+        TRect ring = r2;
+        ring.Bottom = sat(int64_t(ring.Bottom) + 1);
+        for (const auto& sec : sectorList()) {
+            int32_t start, extent;
+            if (SectorArc(sec.from, sec.to, startAngle_, sweepAngle_, start, extent))
+                e.AddEllipseArc(ring, start, extent, 0);
         }
     }
-    const TSectorSettings& sectors = *SectorSettings();
-    if (HasOption(opSector)) {
-        TRect r2 = r;
-        KxBorder(r2, scaleSettings_->StepLength + sectors.Offset());
-        DrawRSector(c, r2);
+    if (!scaleSettings_->DrawLine()) return;
+    const int32_t reach = Div(scaleSettings_->LineWidth, 2);
+    if (meterType_ == Kx360Meter)
+        e.AddEllipseArc(r2, 0, 360, reach);
+    else
+        e.AddEllipseArc(scaleSettings_->ArcRect, startAngle_, sweepAngle_, reach);
+}
+
+TRect TKxRMeter::fitScale(const TRect& in) {
+    auto fits = [&](const TRect& f) {
+        TExtentCanvas e(Canvas());
+        scaleExtent(e, f);
+        return !e.Any || inside(e.Box, area_);
+    };
+    if (fits(in)) return in;
+    auto narrowed = [&](int32_t w) {
+        TRect f = in;
+        f.Left = sat(in.Left + int64_t(Div(in.Width() - w, 2)));
+        f.Right = sat(int64_t(f.Left) + w);
+        return f;
+    };
+    // The widest scale that fits; a width of 0 leaves no room for a ring and always fits.
+    int32_t lo = 0, hi = std::max(in.Width(), 0);
+    while (hi - lo > 1) {
+        const int32_t mid = lo + (hi - lo) / 2;
+        (fits(narrowed(mid)) ? lo : hi) = mid;
     }
+    return narrowed(lo);
+}
+
+void TKxRMeter::paintScale(TRect& r) {
+    TCanvas& c = Canvas();
+    c.SetFont(*scaleSettings_->Font());
+    const TRect rule = meterType_ == Kx120Meter ? Widen120(r) : r;
+    const TRect in = fitScale(rule);
+    narrowedBy_ = rule.Width() - in.Width();
+    {
+        TExtentCanvas e(c);
+        scaleExtent(e, in);
+        labelBoxes_ = std::move(e.Texts);
+    }
+    r = in;
+    scaleSettings_->RoundScala(c, r, startAngle_, sweepAngle_);
+    if (meterType_ == Kx120Meter || meterType_ == Kx180Meter)
+        scaleRect_ =
+            TRect{r.Left, r.Top, r.Right, sat(int64_t(in.Bottom) + bevelInner_->Spacing())};
+    else
+        scaleRect_ = r;
+    if (r.Width() <= 0) return;  // no room for a ring
+    const TSectorSettings& sectors = *SectorSettings();
+    const TRect r2 = shrunk(r, sat(int64_t(scaleSettings_->StepLength) + sectors.Offset()));
+    if (HasOption(opSector))
+        DrawRSector(c, r2);
+    else
+        drawBaseLine(c, r2);  // without sectors too, or the ticks would float
     // A sector ring reaching into the scale gets the scale drawn over it again.
-    if (sectors.Offset() < 0) scaleSettings_->RoundScala(c, r0, startAngle_, sweepAngle_);
+    if (sectors.Offset() < 0) {
+        TRect again = in;
+        scaleSettings_->RoundScala(c, again, startAngle_, sweepAngle_);
+    }
 }
 
 void TKxRMeter::paintUnit(const TRect& r) {
+    unitShown_ = false;
     if (!HasOption(opUnit)) return;
     const int32_t labelH = scaleSettings_->MaxTextHeight;
     int32_t y;
-    if (meterType_ == Kx270Meter)
-        y = Round(double(width() - scaleSettings_->MaxTextWidth) / 1.18 - labelH);
-    else
+    if (meterType_ == Kx270Meter) {
+        // The width the control would have for the narrowed scale.
+        const int64_t w = int64_t(width()) - narrowedBy_;
+        y = Round(double(w - scaleSettings_->MaxTextWidth) / 1.18 - labelH);
+    } else {
         y = r.Top + Round(r.Width() / 3.0 - labelH / 2.0);
+    }
+    const int32_t x = r.Left + Div(r.Width() - text_.unitW, 2);
+    const TRect box{x, y, sat(int64_t(x) + text_.unitW), sat(int64_t(y) + text_.unitH)};
+    if (!inside(box, area_)) return;
+    for (const TRect& label : labelBoxes_)
+        if (overlaps(box, label)) return;
     TCanvas& c = Canvas();
     c.SetFont(*fontUnit_);
     c.Brush().SetStyle(bsClear);
-    c.TextOut(r.Left + Div(r.Width() - text_.unitW, 2), y, SignalSettings()->ValueUnit());
+    c.TextOut(x, y, SignalSettings()->ValueUnit());
+    unitShown_ = true;
 }
 
 void TKxRMeter::buildNeedleField() {
@@ -245,7 +451,8 @@ void TKxRMeter::buildMarkerTemplate() {
     const int32_t cx = arrow_[1].X;
     markerTemplate_ = {TPoint{cx, len + w}, TPoint{cx, 1}, TPoint{cx - w, 1},
                        TPoint{cx, len + w}, TPoint{cx, 1}, TPoint{cx + w, 1}};
-    for (TPoint& p : markerTemplate_) p = KxRotate(p, arrow_[1], float(startAngle_), true);
+    for (TPoint& p : markerTemplate_)
+        p = KxRotate(p, arrow_[1], float(startAngle_), true);
 }
 
 void TKxRMeter::Paint() {
@@ -262,6 +469,10 @@ void TKxRMeter::Paint() {
     }
     paintNames(r, t);
     if (HasOption(opBevelInner)) bevelInner_->PaintFilledBevel(c, r);
+    TRect instrument;
+    frameFor(ClientRect(), instrument, area_);
+    unitShown_ = false;
+    labelBoxes_.clear();
     tooSmall_ = r.Width() < 2 || r.Height() < 2;
     if (tooSmall_) return;
     paintScale(r);
@@ -317,13 +528,7 @@ void TKxRMeter::DrawRSector(TCanvas& canvas, const TRect& r2) {
     QRegion ring = TCanvas::EllipticRegion(outerBox).subtracted(TCanvas::EllipticRegion(innerBox));
     canvas.SetClipRegion(hadClip ? ring.intersected(kept) : ring);
     canvas.Brush().SetStyle(bsSolid);
-    const struct {
-        int32_t from, to;
-        TColor color;
-    } sectors[] = {{s.Sector1From(), s.Sector1To(), s.Sector1Color()},
-                   {s.Sector2From(), s.Sector2To(), s.Sector2Color()},
-                   {s.Sector3From(), s.Sector3To(), s.Sector3Color()}};
-    for (const auto& sec : sectors) {
+    for (const auto& sec : sectorList()) {
         int32_t start, extent;
         if (!SectorArc(sec.from, sec.to, startAngle_, sweepAngle_, start, extent)) continue;
         canvas.Brush().SetColor(sec.color);
@@ -334,6 +539,10 @@ void TKxRMeter::DrawRSector(TCanvas& canvas, const TRect& r2) {
         canvas.SetClipRegion(kept);
     else
         canvas.ClearClipRegion();
+    drawBaseLine(canvas, r2);
+}
+
+void TKxRMeter::drawBaseLine(TCanvas& canvas, const TRect& r2) {
     canvas.Pen().SetColor(scaleSettings_->Color());
     canvas.Pen().SetWidth(scaleSettings_->LineWidth);
     canvas.Brush().SetStyle(bsClear);
@@ -345,6 +554,13 @@ void TKxRMeter::DrawRSector(TCanvas& canvas, const TRect& r2) {
         canvas.Arc(a.Left, a.Top, a.Right, a.Bottom, scaleSettings_->ArcStart.X,
                    scaleSettings_->ArcStart.Y, scaleSettings_->ArcEnd.X, scaleSettings_->ArcEnd.Y);
     }
+}
+
+std::array<TKxRMeter::TSectorSpan, 3> TKxRMeter::sectorList() const {
+    const TSectorSettings& s = *SectorSettings();
+    return {{{s.Sector1From(), s.Sector1To(), s.Sector1Color()},
+             {s.Sector2From(), s.Sector2To(), s.Sector2Color()},
+             {s.Sector3From(), s.Sector3To(), s.Sector3Color()}}};
 }
 
 TColor TKxRMeter::markerColor(int32_t ppt, bool useSectorColor, TColor own) const {
@@ -372,7 +588,8 @@ TKxRMeter::TComposeAreas TKxRMeter::composeAreas(float angle, float minAngle, fl
         include(areas.max, markers_[i + 3]);
     }
     // Outline pens and rounding reach a pixel or two past the vertices.
-    for (TRect* r : {&areas.needle, &areas.min, &areas.max}) KxBorder(*r, -2);
+    for (TRect* r : {&areas.needle, &areas.min, &areas.max})
+        KxBorder(*r, -2);
     const TMinMax& mm = *MinMax();
     if (mm.MinVisible()) areas.minColor = markerColor(MinPPT(), mm.UseSectorCol(), mm.MinColor());
     if (mm.MaxVisible()) areas.maxColor = markerColor(MaxPPT(), mm.UseSectorCol(), mm.MaxColor());
@@ -391,14 +608,15 @@ void TKxRMeter::DrawPointer(TCanvas* canvas, TColor) {
     const TComposeAreas now = composeAreas(a, amin, amax);
     std::array<TRect, 3> dirty{};
     size_t count = 0;
-    if (lastBoundsValid_ && work_.Width() == whole.Right && work_.Height() == whole.Bottom) {
+    if (lastBoundsValid_ && work_.Width() == whole.Right && work_.Height() == whole.Bottom &&
+        work_.DeviceRatio() == background_.DeviceRatio()) {
         dirty[count++] = unite(now.needle, last_.needle);
         if (!(now.min == last_.min) || now.minColor != last_.minColor)
             dirty[count++] = unite(now.min, last_.min);
         if (!(now.max == last_.max) || now.maxColor != last_.maxColor)
             dirty[count++] = unite(now.max, last_.max);
     } else {
-        work_.SetSize(whole.Right, whole.Bottom);
+        MakeCompatibleBitmap(work_, whole.Right, whole.Bottom, background_.GridOrigin());
         dirty[count++] = whole;
     }
     last_ = now;
@@ -416,10 +634,15 @@ void TKxRMeter::DrawPointer(TCanvas* canvas, TColor) {
     canvas->SetCopyMode(cmSrcCopy);
     for (size_t i = 0; i < count; ++i) {
         const TRect& d = dirty[i];
-        if (d.Width() <= 0 || d.Height() <= 0) continue;
         const TRect onSurface{scaleRect_.Left + d.Left, scaleRect_.Top + d.Top,
                               scaleRect_.Left + d.Right, scaleRect_.Top + d.Bottom};
-        canvas->CopyRect(onSurface, w, d);
+        // Needle and marks stay inside the scale area, off the names and the bevels.
+        TRect shown;
+        if (!KxRectIntersection(onSurface, area_, shown)) continue;
+        if (shown.Width() <= 0 || shown.Height() <= 0) continue;
+        const TRect from{shown.Left - scaleRect_.Left, shown.Top - scaleRect_.Top,
+                         shown.Right - scaleRect_.Left, shown.Bottom - scaleRect_.Top};
+        canvas->CopyRect(shown, w, from);
     }
 }
 
@@ -476,15 +699,19 @@ void TKxRMeter::ValueChange() {
     --drawingNeedle_;
 }
 
-void TKxRMeter::OverflowChange(int32_t) { PointerFlash(); }
+void TKxRMeter::OverflowChange(int32_t) {
+    PointerFlash();
+}
 
-void TKxRMeter::LimitChange() { PointerFlash(); }
+void TKxRMeter::LimitChange() {
+    PointerFlash();
+}
 
 void TKxRMeter::PointerFlash() {
     const int32_t pos = NeedlePosition();
     const bool overflow = HasOption(opOverflow) && (pos > 1000 || pos < 0);
     const bool limit = HasOption(opLimit) && (UpperExceeded() || LowerExceeded());
-    if (overflow || limit) {
+    if ((overflow || limit) && !Designing()) {
         AddControl(this, kNeedleBlinkCode);
         blinking_ = true;
     } else {

@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "host/messagebox.h"
+#include "kx/host/messagebox.h"
 
 namespace kx::test {
 

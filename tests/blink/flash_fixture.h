@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "blink/flashtimer.h"
+#include "kx/blink/flashtimer.h"
 #include "common/test_env.h"
 
 namespace kx::test {

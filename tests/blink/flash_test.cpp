@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "blink/flash.h"
+#include "kx/blink/flash.h"
 
 namespace kx::test {
 namespace {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "flash_fixture.h"
-#include "host/messagebox.h"
+#include "kx/host/messagebox.h"
 
 namespace kx::test {
 namespace {

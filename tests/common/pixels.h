@@ -2,7 +2,7 @@
 // Pixel helpers shared by the drawing tests.
 #include <algorithm>
 
-#include "host/bitmap.h"
+#include "kx/host/bitmap.h"
 
 namespace kx::test {
 

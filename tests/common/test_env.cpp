@@ -1,7 +1,7 @@
 #include "common/test_env.h"
 
-#include "host/color.h"
-#include "host/formatsettings.h"
+#include "kx/host/color.h"
+#include "kx/host/formatsettings.h"
 
 namespace kx::test {
 
@@ -11,6 +11,7 @@ TFakeClock& FakeClock() {
 }
 
 void ResetEnvironment() {
+    SetSystemColorsFollowPalette(true);
     ResetSystemColors();
     SetFormatSettings(DefaultFormatSettings());
     FakeClock().SetTicks(0);

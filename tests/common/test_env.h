@@ -1,7 +1,7 @@
 #pragma once
 // Pinned environment for every test program: offscreen platform, classic system
 // colours, C-locale format settings and a fake clock that tests may step.
-#include "host/clock.h"
+#include "kx/host/clock.h"
 
 namespace kx::test {
 

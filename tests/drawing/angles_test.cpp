@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "drawing/angles.h"
+#include "kx/drawing/angles.h"
 
 namespace kx {
 namespace {

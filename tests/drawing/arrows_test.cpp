@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "drawing/arrows.h"
-#include "host/recordingcanvas.h"
+#include "kx/drawing/arrows.h"
+#include "kx/host/recordingcanvas.h"
 
 namespace kx {
 namespace {

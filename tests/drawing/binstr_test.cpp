@@ -1,4 +1,4 @@
-#include "drawing/binstr.h"
+#include "kx/drawing/binstr.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The drawing script: parsing, drawing, error reports and robustness against garbage.
-#include "drawing/canvasscript.h"
+#include "kx/drawing/canvasscript.h"
 
 #include <gtest/gtest.h>
 

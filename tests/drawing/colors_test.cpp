@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "drawing/colors.h"
+#include "kx/drawing/colors.h"
 
 namespace kx {
 namespace {

@@ -1,4 +1,4 @@
-#include "drawing/geometry.h"
+#include "kx/drawing/geometry.h"
 
 #include <gtest/gtest.h>
 

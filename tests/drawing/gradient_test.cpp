@@ -2,9 +2,9 @@
 
 #include <functional>
 
-#include "drawing/gradient.h"
-#include "host/bitmap.h"
-#include "host/recordingcanvas.h"
+#include "kx/drawing/gradient.h"
+#include "kx/host/bitmap.h"
+#include "kx/host/recordingcanvas.h"
 #include "qstring_print.h"
 
 namespace kx {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "drawing/leds.h"
-#include "host/recordingcanvas.h"
+#include "kx/drawing/leds.h"
+#include "kx/host/recordingcanvas.h"
 #include "qstring_print.h"
 
 namespace kx {

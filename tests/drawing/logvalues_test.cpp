@@ -5,7 +5,7 @@
 #include <limits>
 #include <string>
 
-#include "drawing/logvalues.h"
+#include "kx/drawing/logvalues.h"
 
 namespace kx {
 namespace {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "drawing/shapes.h"
-#include "host/recordingcanvas.h"
+#include "kx/drawing/shapes.h"
+#include "kx/host/recordingcanvas.h"
 #include "qstring_print.h"
 
 namespace kx {

@@ -3,7 +3,7 @@
 #include <climits>
 #include <string>
 
-#include "drawing/strings.h"
+#include "kx/drawing/strings.h"
 
 namespace kx {
 namespace {
@@ -60,6 +60,9 @@ TEST(Strings, RangeStrRunsFromMaxDownToMin) {
         {0, 1, 3, "0.0000000000", "1.0000000298;0.6666666865;0.3333333433;0.0000000000;"},
         {0, 100, -1, "0", ""}, {0, 100, INT_MIN, "0", ""}, {5, 100, 0, "0", "5;"},
         {5, 5, 0, "0", "5;"},
+        // A reversed range's single-precision residue at zero (-1.5e-8) is not "-0".
+        {1, 0, 5, "0", "0;0;0;1;1;1;"}, {1, 0, 5, "0.0", "0.0;0.2;0.4;0.6;0.8;1.0;"},
+        {-1e-30, 1, 1, "0", "1;0;"},  // so is a bound that close to zero
         // clang-format on
     };
     for (const auto& c : cases)

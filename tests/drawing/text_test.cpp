@@ -2,8 +2,8 @@
 
 #include <limits>
 
-#include "drawing/text.h"
-#include "host/recordingcanvas.h"
+#include "kx/drawing/text.h"
+#include "kx/host/recordingcanvas.h"
 #include "qstring_print.h"
 
 namespace kx {

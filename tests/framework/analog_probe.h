@@ -4,7 +4,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "framework/analogcontrol.h"
+#include "kx/framework/analogcontrol.h"
 
 namespace kx::test {
 

@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <functional>
+#include <memory>
 
-#include "framework/control.h"
+#include "kx/framework/control.h"
 
 namespace kx {
 namespace {
@@ -15,6 +17,7 @@ class ProbeControl : public TKxGraphicControl {
     int paints = 0;
     int loads = 0;
     QObject* lastSender = nullptr;
+    QSize ownSize;
     void Loaded() override {
         TKxGraphicControl::Loaded();
         ++loads;
@@ -28,6 +31,9 @@ class ProbeControl : public TKxGraphicControl {
     }
     void Paint() override {
         ++paints;
+        // Sizes itself first, as an auto-sized control does.
+        if (ownSize.isValid() && size() != ownSize)
+            SetBounds(x(), y(), ownSize.width(), ownSize.height());
         Canvas().Brush().SetColor(clRed);
         Canvas().FillRect(ClientRect());
     }
@@ -92,6 +98,53 @@ TEST(ControlFrame, GrabShowsTheSurface) {
     EXPECT_EQ(c->paints, 1);
     EXPECT_TRUE(c->IsLoaded());
     EXPECT_EQ(QColor(shot.pixel(15, 10)), QColor(Qt::red));
+}
+
+// A canvas handed to the control and aimed at its surface keeps drawing into the surface
+// the control has now, however the surface was replaced (the sanitizer run checks that no
+// freed image is touched).
+TEST(ControlFrame, CanvasAimedAtTheSurfaceFollowsItAcrossResizes) {
+    const struct {
+        const char* name;
+        std::function<void(ProbeControl&)> resize;
+    } cases[] = {
+        {"SetBounds", [](ProbeControl& c) { c.SetBounds(0, 0, 40, 30); }},
+        {"own size in Paint",
+         [](ProbeControl& c) {
+             c.ownSize = QSize(40, 30);
+             c.Invalidate();
+         }},
+    };
+    for (const auto& k : cases) {
+        SCOPED_TRACE(k.name);
+        ProbeControl c;
+        c.SetBounds(0, 0, 20, 10);
+        c.Loaded();
+        TCanvas canvas(&c.SurfaceImage());
+        c.SetCanvas(&canvas);
+        c.PaintToSurface();
+        EXPECT_EQ(c.Surface().Pixel(19, 9), clRed);
+        k.resize(c);
+        c.PaintToSurface();
+        EXPECT_EQ(c.Surface().Width(), 40);
+        EXPECT_EQ(c.Surface().Pixel(39, 29), clRed);
+        c.SetCanvas(nullptr);
+    }
+}
+
+// A canvas destroyed after the control must not end painting on the control's freed surface.
+TEST(ControlFrame, CanvasAimedAtTheSurfaceMayOutliveTheControl) {
+    std::unique_ptr<TCanvas> canvas;
+    {
+        ProbeControl c;
+        c.SetBounds(0, 0, 20, 10);
+        c.Loaded();
+        canvas = std::make_unique<TCanvas>(&c.SurfaceImage());
+        c.SetCanvas(canvas.get());
+        c.PaintToSurface();
+        EXPECT_EQ(c.Surface().Pixel(0, 0), clRed);
+    }
+    canvas.reset();
 }
 
 TEST(ControlFrame, VisibleUnlessExplicitlyHidden) {

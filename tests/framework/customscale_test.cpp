@@ -7,8 +7,8 @@
 #include <limits>
 #include <vector>
 
-#include "framework/customscale.h"
-#include "framework/rscale.h"
+#include "kx/framework/customscale.h"
+#include "kx/framework/rscale.h"
 
 namespace kx {
 namespace {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "kx/drawing/geometry.h"
 #include "scale_util.h"
 
 namespace kx {
@@ -47,7 +48,8 @@ TEST(RoundScala, ThreeQuarterScaleLayout) {
 
     EXPECT_EQ(f.scale.StepLength, 7);
     EXPECT_EQ(f.scale.SubStepLength, 3);
-    EXPECT_EQ(f.scale.ScaleCenter, Point(70, 67));
+    EXPECT_EQ(f.scale.RingCenter, Point(70, 67));
+    EXPECT_EQ(f.scale.ScaleCenter, Point(70, 70));  // the rectangle's centre
 
     const std::vector<Text> texts = Texts(f.canvas);
     ASSERT_EQ(texts.size(), 6u);
@@ -165,7 +167,7 @@ TEST(RoundScala, WidePenResults) {
     EXPECT_EQ(f.scale.StepPenWidth, 2);
     EXPECT_EQ(f.scale.StepLength, 11);
     EXPECT_EQ(f.scale.SubStepLength, 8);
-    EXPECT_EQ(f.scale.ScaleCenter, Point(100, 104));
+    EXPECT_EQ(f.scale.RingCenter, Point(100, 104));
     // Half side 80, plus 2 div 2.
     EXPECT_EQ(r, Rect(19, 23, 181, 185));
     EXPECT_EQ(f.scale.ArcRect, Rect(30, 34, 170, 175));
@@ -192,7 +194,7 @@ TEST(RoundScala, ReturnedSquareIsCentredOnTheRing) {
         f.RSize();
         TRect r = c.rect;
         f.scale.RoundScala(f.canvas, r, c.start, c.span);
-        const TPoint m = f.scale.ScaleCenter;
+        const TPoint m = f.scale.RingCenter;
         SCOPED_TRACE(std::to_string(c.rect.Width()) + "x" + std::to_string(c.rect.Height()));
         EXPECT_EQ(r.Width(), r.Height());
         EXPECT_EQ(r.Left + r.Width() / 2, m.X);
@@ -215,7 +217,8 @@ TEST(RoundScala, HalfCircleCentreSitsLow) {
     f.RSize();
     TRect r = Rect(0, 0, 200, 110);
     f.scale.RoundScala(f.canvas, r, 270, 180);
-    EXPECT_EQ(f.scale.ScaleCenter, Point(100, 97));
+    EXPECT_EQ(f.scale.RingCenter, Point(100, 97));
+    EXPECT_EQ(f.scale.ScaleCenter, Point(100, 55));
     const std::vector<Text> texts = Texts(f.canvas);
     ASSERT_EQ(texts.size(), 6u);
     EXPECT_EQ(texts.front(), (Text{{7, 90}, "0"}));     // 9 o'clock, (10, 97)
@@ -253,7 +256,7 @@ TEST(RoundScala, WithoutLabelsTheTicksReachTheRim) {
     TRect r = Rect(0, 0, 100, 100);
     f.scale.RoundScala(f.canvas, r, 0, 360);
     EXPECT_TRUE(Texts(f.canvas).empty());
-    EXPECT_EQ(f.scale.ScaleCenter, Point(50, 50));
+    EXPECT_EQ(f.scale.RingCenter, Point(50, 50));
     // R = 50, step length 6: the first tick from the top edge down.
     const std::vector<Seg> segs = Segments(f.canvas);
     ASSERT_FALSE(segs.empty());
@@ -269,8 +272,9 @@ TEST(RoundScala, NoRoomDrawsNothing) {
         TRect r = rect;
         f.scale.RoundScala(f.canvas, r, 225, 270);
         EXPECT_TRUE(f.canvas.Calls().empty()) << rect.Left << "," << rect.Right;
-        const TPoint m = f.scale.ScaleCenter;
+        const TPoint m = f.scale.RingCenter;
         EXPECT_EQ(r, Rect(m.X, m.Y, m.X, m.Y));
+        EXPECT_EQ(f.scale.ScaleCenter, KxCenterPoint(rect));
         EXPECT_EQ(f.scale.ArcRect, r);
         EXPECT_EQ(f.scale.ArcStart, m);
         EXPECT_EQ(f.scale.StepLength, 0);
@@ -299,6 +303,7 @@ TEST(DialScala, TicksStandOutsideTheKnob) {
     f.RSize();
     TRect r = Rect(0, 0, 200, 200);
     f.scale.DialScala(f.canvas, r, 225, 270);
+    EXPECT_EQ(f.scale.RingCenter, Point(100, 100));
     EXPECT_EQ(f.scale.ScaleCenter, Point(100, 100));
     EXPECT_EQ(f.scale.StepLength, 12);
     EXPECT_EQ(f.scale.SubStepLength, 6);
@@ -337,8 +342,8 @@ TEST(DialScala, GeometryFollowsTheShorterSide) {
         EXPECT_EQ(r, c.knob);
         EXPECT_EQ(f.scale.ArcRect, c.arc);
         EXPECT_EQ(Texts(f.canvas).size(), c.texts);
-        EXPECT_EQ(r.Left + r.Width() / 2, f.scale.ScaleCenter.X);
-        EXPECT_EQ(r.Top + r.Height() / 2, f.scale.ScaleCenter.Y);
+        EXPECT_EQ(r.Left + r.Width() / 2, f.scale.RingCenter.X);
+        EXPECT_EQ(r.Top + r.Height() / 2, f.scale.RingCenter.Y);
     }
 }
 

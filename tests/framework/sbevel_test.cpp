@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "framework/btnbevel.h"
-#include "framework/sbevel.h"
-#include "host/bitmap.h"
-#include "host/recordingcanvas.h"
+#include "kx/framework/btnbevel.h"
+#include "kx/framework/sbevel.h"
+#include "kx/host/bitmap.h"
+#include "kx/host/recordingcanvas.h"
 
 namespace kx {
 namespace {

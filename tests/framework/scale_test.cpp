@@ -181,6 +181,7 @@ TEST(ScaleSettings, RoundSizeOperation) {
         {14, 0, 100, 21, 1, 11, 3},   // the wider label decides the gap
         {28, 0, 100, 21, 2, 15, 4},   // the taller label decides it
         {14, -10, 10, 21, 1, 11, 3},  // "-10"
+        // The labels run 1 + 5 * -0.2f = -1.5e-8, printed "0" (not "-0"), then 0.2 ... 1.
         {14, 0, 1, 7, 1, 8, 3},
     };
     for (const auto& c : cases) {

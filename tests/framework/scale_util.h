@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "framework/scalesettings.h"
-#include "host/recordingcanvas.h"
-#include "host/types.h"
+#include "kx/framework/scalesettings.h"
+#include "kx/host/recordingcanvas.h"
+#include "kx/host/types.h"
 
 namespace kx::test {
 

@@ -6,17 +6,17 @@
 #include <vector>
 
 #include "common/test_env.h"
-#include "framework/arrowsettings.h"
-#include "framework/bevelsettings.h"
-#include "framework/btnbevel.h"
-#include "framework/gradsettings.h"
-#include "framework/led.h"
-#include "framework/linesettings.h"
-#include "framework/minmax.h"
-#include "framework/offset.h"
-#include "framework/sbevel.h"
-#include "framework/textsettings.h"
-#include "host/bitmap.h"
+#include "kx/framework/arrowsettings.h"
+#include "kx/framework/bevelsettings.h"
+#include "kx/framework/btnbevel.h"
+#include "kx/framework/gradsettings.h"
+#include "kx/framework/led.h"
+#include "kx/framework/linesettings.h"
+#include "kx/framework/minmax.h"
+#include "kx/framework/offset.h"
+#include "kx/framework/sbevel.h"
+#include "kx/framework/textsettings.h"
+#include "kx/host/bitmap.h"
 
 namespace kx {
 namespace {

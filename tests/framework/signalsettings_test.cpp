@@ -6,8 +6,8 @@
 #include <limits>
 #include <vector>
 
-#include "framework/sectorsettings.h"
-#include "framework/signalsettings.h"
+#include "kx/framework/sectorsettings.h"
+#include "kx/framework/signalsettings.h"
 
 namespace kx {
 namespace {

@@ -2,7 +2,7 @@
 // (clipped or combined), for every octant.
 #include <gtest/gtest.h>
 
-#include "host/bitmap.h"
+#include "kx/host/bitmap.h"
 
 namespace kx {
 namespace {

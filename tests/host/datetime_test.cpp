@@ -3,9 +3,9 @@
 #include <cmath>
 #include <limits>
 
-#include "host/datetime.h"
-#include "host/datetimeformat.h"
-#include "host/formatsettings.h"
+#include "kx/host/datetime.h"
+#include "kx/host/datetimeformat.h"
+#include "kx/host/formatsettings.h"
 
 namespace kx {
 namespace {

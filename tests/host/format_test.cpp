@@ -6,9 +6,9 @@
 #include <limits>
 #include <random>
 
-#include "host/format.h"
-#include "host/formatfloat.h"
-#include "host/formatsettings.h"
+#include "kx/host/format.h"
+#include "kx/host/formatfloat.h"
+#include "kx/host/formatsettings.h"
 
 namespace kx {
 namespace {
@@ -39,6 +39,9 @@ TEST(Format, FloatDirectives) {
     EXPECT_EQ(Format("%.2f", {2.345}), "2.35");  // 2.3450000000000002
     EXPECT_EQ(Format("%.0f", {2.5}), "3");
     EXPECT_EQ(Format("%.3f", {-0.0001}), "0.000");
+    EXPECT_EQ(Format("%.0f", {-0.4}), "0");
+    EXPECT_EQ(Format("%.2n", {-0.004}), "0.00");
+    EXPECT_EQ(Format("%.0f", {-0.5}), "-1");
     EXPECT_EQ(Format("%8.2f|", {-3.14159}), "   -3.14|");
     EXPECT_EQ(Format("%f", {1e20}), "1E20");
     EXPECT_EQ(Format("%e", {1234.5}), "1.23450000000000E+003");

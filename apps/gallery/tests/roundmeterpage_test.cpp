@@ -9,7 +9,7 @@
 #include <set>
 
 #include "gallerywindow.h"
-#include "indicators/rmeter.h"
+#include "kx/indicators/rmeter.h"
 #include "metercard.h"
 #include "meterpresets.h"
 #include "roundmeterpage.h"

@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Installs the built library into a temporary prefix, then configures, builds and runs
+# the consumer project against it. Arguments: BUILD_DIR SOURCE_DIR [extra CXX flags].
+set -euo pipefail
+build=$1 src=$2 flags=${3:-}
+tmp=$(mktemp -d)
+trap 'rm -rf "$tmp"' EXIT
+cmake --install "$build" --prefix "$tmp/prefix" >/dev/null
+cmake -S "$src/tests/consumer" -B "$tmp/build" -DCMAKE_PREFIX_PATH="$tmp/prefix" \
+      -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_EXE_LINKER_FLAGS="$flags" >/dev/null
+cmake --build "$tmp/build" -j2 >/dev/null
+QT_QPA_PLATFORM=offscreen "$tmp/build/consumer"

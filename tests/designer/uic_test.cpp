@@ -1,0 +1,104 @@
+// panel.ui compiled by uic (AUTOUIC) must give the same components as the same settings
+// made through the documented API: same published values, same pixels.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+#include "designer/properties.h"
+#include "kx/indicators/rmeter.h"
+#include "ui_panel.h"
+
+namespace kx {
+namespace {
+
+// panel.ui's "boiler", written as code.
+std::unique_ptr<TKxRMeter> boilerInCode() {
+    auto m = std::make_unique<TKx270Meter>();
+    m->SetBounds(8, 8, 252, 252);
+    m->SetLimitUpper(13.0f);
+    m->SetValue(12.4f);
+    m->SignalSettings()->SetName1(QStringLiteral("Boiler pressure"));
+    m->SignalSettings()->SetValueTo(16.0f);
+    m->SignalSettings()->SetValueUnit(QStringLiteral("bar"));
+    m->SectorSettings()->SetSector2To(700);
+    m->SectorSettings()->SetSector3Color(clFuchsia);
+    m->SectorSettings()->SetSector3From(701);
+    m->ArrowSettings()->SetColorBrush(clBlue);
+    m->BevelInner()->Offset()->SetTop(3);
+    m->BevelOuter()->SetColor(clInfoBk);
+    m->BevelOuter()->SurfaceGrad()->SetStyle(gsVertical3);
+    m->ScaleSettings()->Font()->SetSize(12);
+    m->ScaleSettings()->SetSteps(8);
+    return m;
+}
+
+// panel.ui's "flow", written as code.
+std::unique_ptr<TKxRMeter> flowInCode() {
+    auto m = std::make_unique<TKx120Meter>();
+    m->SetBounds(270, 8, 252, 155);
+    m->SetHint(QStringLiteral("Feed water"));
+    m->SetHintOptions(HintOption(hoAutoHint) | HintOption(hoValue));
+    m->SetValue(50.0f);
+    m->SetLogScale(true);
+    m->Font()->SetStyle(fsBold);
+    m->SignalSettings()->SetValueFrom(1.0f);
+    m->SignalSettings()->SetValueTo(1000.0f);
+    m->MinMax()->SetMaxColor(clGreen);
+    m->SetOptions(kAllRMeterOptions & ~RMeterOption(opBevelOuter));
+    m->FontUnit()->SetName(QStringLiteral("Times New Roman"));
+    return m;
+}
+
+void finish(TKxRMeter& m) {
+    m.Loaded();
+    m.PaintToSurface();
+}
+
+struct TCase {
+    const char* name;
+    std::function<TKxRMeter*(Ui::KxPanel&)> fromUi;
+    std::function<std::unique_ptr<TKxRMeter>()> inCode;
+};
+
+class UicPanel : public ::testing::TestWithParam<TCase> {};
+
+TEST_P(UicPanel, MatchesTheSameSettingsInCode) {
+    QWidget form;
+    Ui::KxPanel ui;
+    ui.setupUi(&form);
+    TKxRMeter& loaded = *GetParam().fromUi(ui);
+    std::unique_ptr<TKxRMeter> coded = GetParam().inCode();
+
+    // Before the construction phase ends and after the first paint.
+    EXPECT_EQ(test::DiffProperties(test::KxProperties(loaded), test::KxProperties(*coded)), "");
+    finish(loaded);
+    finish(*coded);
+    EXPECT_EQ(test::DiffProperties(test::KxProperties(loaded), test::KxProperties(*coded)), "");
+    EXPECT_EQ(loaded.geometry(), coded->geometry());
+    EXPECT_TRUE(loaded.Surface().Image() == coded->Surface().Image());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Designer, UicPanel,
+    ::testing::Values(
+        TCase{"boiler", [](Ui::KxPanel& ui) -> TKxRMeter* { return ui.boiler; }, boilerInCode},
+        TCase{"flow", [](Ui::KxPanel& ui) -> TKxRMeter* { return ui.flow; }, flowInCode}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(UicPanel, StoresWhatTheFileSays) {
+    QWidget form;
+    Ui::KxPanel ui;
+    ui.setupUi(&form);
+    // A system colour (transparent, index 24) and an RGB one, through the flat setters.
+    EXPECT_EQ(ui.boiler->BevelOuter()->Color(), clInfoBk);
+    EXPECT_EQ(ui.boiler->SectorSettings()->Sector3Color(), clFuchsia);
+    EXPECT_EQ(ui.boiler->BevelInner()->Offset()->Top(), 3);
+    EXPECT_EQ(ui.boiler->SignalSettings()->ValueTo(), 16.0f);
+    EXPECT_EQ(ui.boiler->Value(), 12.4f);
+    EXPECT_TRUE(ui.flow->LogScale());
+    EXPECT_FALSE(ui.flow->Designing());
+}
+
+}  // namespace
+}  // namespace kx
