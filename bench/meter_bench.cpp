@@ -14,7 +14,7 @@ namespace {
 
 std::unique_ptr<TKx270Meter> paintedMeter() {
     auto m = std::make_unique<TKx270Meter>();
-    m->SetKxAutoSize(false);  // exactly 252 x 252, the meter's initial size
+    m->SetKxAutoSize(false);    // exactly 252 x 252, the meter's initial size
     m->SetLimitUpper(1000.0f);  // readings stay clear of alarms: no blinking colours
     m->SetLimitLower(-1000.0f);
     m->Loaded();
@@ -57,7 +57,8 @@ BENCHMARK(BM_Copy252);
 // One simulated second of a 100-meter panel: every meter gets a new reading 50 times.
 void BM_Panel100(benchmark::State& state) {
     std::vector<std::unique_ptr<TKx270Meter>> meters;
-    for (int i = 0; i < 100; ++i) meters.push_back(paintedMeter());
+    for (int i = 0; i < 100; ++i)
+        meters.push_back(paintedMeter());
     int64_t tick = 0;
     for (auto _ : state) {
         for (int round = 0; round < 50; ++round, ++tick) {

@@ -7,12 +7,12 @@ namespace kx {
 namespace {
 
 class TSystemClock : public TClock {
-public:
+  public:
     TSystemClock() { timer_.start(); }
     uint32_t TickCount() override { return static_cast<uint32_t>(timer_.elapsed()); }
     TDateTime Now() override { return DateTimeFromQDateTime(QDateTime::currentDateTime()); }
 
-private:
+  private:
     QElapsedTimer timer_;
 };
 
@@ -29,7 +29,9 @@ TClock& Clock() {
     return c ? *c : system;
 }
 
-void SetClock(TClock* clock) { installed() = clock; }
+void SetClock(TClock* clock) {
+    installed() = clock;
+}
 
 void TFakeClock::Advance(uint32_t ms) {
     ticks_ += ms;

@@ -83,7 +83,9 @@ void TFont::SetName(const QString& n) {
     Changed();
 }
 
-int32_t TFont::Size() const { return -mulDiv(height_, 72, kPixelsPerInch); }
+int32_t TFont::Size() const {
+    return -mulDiv(height_, 72, kPixelsPerInch);
+}
 
 void TFont::SetSize(int32_t points) {
     if (points < -1000 || points > 1000) return;  // out of any sensible range: ignored

@@ -6,7 +6,8 @@ namespace kx {
 
 QString TCanvasCall::ToString() const {
     QStringList parts;
-    for (int32_t a : Args) parts << QString::number(a);
+    for (int32_t a : Args)
+        parts << QString::number(a);
     if (Op == u"TextOut") parts << QStringLiteral("'%1'").arg(Text);
     return Op + u'(' + parts.join(u',') + u')';
 }
@@ -80,13 +81,15 @@ void TRecordingCanvas::Pie(int32_t l, int32_t t, int32_t r, int32_t b, int32_t x
 }
 void TRecordingCanvas::Polygon(std::span<const TPoint> pts) {
     std::vector<int32_t> args;
-    for (const TPoint& p : pts) args.insert(args.end(), {p.X, p.Y});
+    for (const TPoint& p : pts)
+        args.insert(args.end(), {p.X, p.Y});
     record("Polygon", std::move(args));
     TCanvas::Polygon(pts);
 }
 void TRecordingCanvas::Polyline(std::span<const TPoint> pts) {
     std::vector<int32_t> args;
-    for (const TPoint& p : pts) args.insert(args.end(), {p.X, p.Y});
+    for (const TPoint& p : pts)
+        args.insert(args.end(), {p.X, p.Y});
     record("Polyline", std::move(args));
     TCanvas::Polyline(pts);
 }
@@ -97,7 +100,9 @@ void TRecordingCanvas::TextOut(int32_t x, int32_t y, const QString& text) {
 int32_t TRecordingCanvas::TextWidth(const QString& text) {
     return CharWidth * int32_t(text.size());
 }
-int32_t TRecordingCanvas::TextHeight(const QString&) { return LineHeight; }
+int32_t TRecordingCanvas::TextHeight(const QString&) {
+    return LineHeight;
+}
 void TRecordingCanvas::Frame3D(TRect& r, TColor topColor, TColor bottomColor, int32_t width) {
     record("Frame3D", {r.Left, r.Top, r.Right, r.Bottom, topColor, bottomColor, width});
     TCanvas::Frame3D(r, topColor, bottomColor, width);

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "kx/blink/flashtimer.h"
 #include "common/test_env.h"
+#include "kx/blink/flashtimer.h"
 
 namespace kx::test {
 

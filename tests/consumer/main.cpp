@@ -1,7 +1,7 @@
 // Builds a meter through the installed headers and library and checks a reading.
+#include <kx/indicators/rmeter.h>
 #include <QApplication>
 #include <cstdio>
-#include <kx/indicators/rmeter.h>
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);

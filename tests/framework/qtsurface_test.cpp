@@ -49,9 +49,8 @@ TEST(QtSurface, ValueChangedFollowsTheEvaluationOncePerChange) {
         {"beyond the float range",
          [](AnalogProbe& c) { c.setValue(1e300); },
          // A new maximum re-runs the evaluation, as every new extreme does.
-         {"Sector(010,leave)", "limitHook", "Limit(0,1)",
-          "overflowHook(2147483647,PPT=2147483647)", "Overflow(2147483647)", "MinMax", "Value",
-          "Value", "valueChanged(inf)"}},
+         {"Sector(010,leave)", "limitHook", "Limit(0,1)", "overflowHook(2147483647,PPT=2147483647)",
+          "Overflow(2147483647)", "MinMax", "Value", "Value", "valueChanged(inf)"}},
         // The value stays, but its digit moves onto the logarithmic span.
         {"log scale keeps a positive value",
          [](AnalogProbe& c) { c.SetLogScale(true); },

@@ -27,8 +27,8 @@ std::vector<TPoint> linePixels(TPoint from, TPoint to, bool combined) {
 
 TEST(CanvasLines, DirectAndCombinedPathsAgreeInEveryOctant) {
     const TPoint centre{20, 20};
-    const TPoint ends[] = {{37, 25}, {25, 37}, {15, 37}, {3, 25},
-                           {3, 15},  {15, 3},  {25, 3},  {37, 15}, {36, 36}, {4, 36}};
+    const TPoint ends[] = {{37, 25}, {25, 37}, {15, 37}, {3, 25},  {3, 15},
+                           {15, 3},  {25, 3},  {37, 15}, {36, 36}, {4, 36}};
     for (const TPoint& e : ends) {
         const auto direct = linePixels(centre, e, false);
         EXPECT_EQ(direct, linePixels(centre, e, true)) << e.X << "," << e.Y;

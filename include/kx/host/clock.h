@@ -8,7 +8,7 @@
 namespace kx {
 
 class TClock {
-public:
+  public:
     virtual ~TClock() = default;
     // Milliseconds since an arbitrary start; wraps at 2^32 like GetTickCount.
     virtual uint32_t TickCount() = 0;
@@ -21,12 +21,16 @@ TClock& Clock();
 // Installs a clock (not owned) or, with nullptr, restores the system clock.
 void SetClock(TClock* clock);
 
-inline uint32_t GetTickCount() { return Clock().TickCount(); }
-inline TDateTime Now() { return Clock().Now(); }
+inline uint32_t GetTickCount() {
+    return Clock().TickCount();
+}
+inline TDateTime Now() {
+    return Clock().Now();
+}
 
 // A manually stepped clock for tests and benchmarks.
 class TFakeClock : public TClock {
-public:
+  public:
     uint32_t TickCount() override { return ticks_; }
     TDateTime Now() override { return now_; }
     void SetTicks(uint32_t t) { ticks_ = t; }
@@ -34,7 +38,7 @@ public:
     // Advances both the tick count and the wall clock by ms milliseconds.
     void Advance(uint32_t ms);
 
-private:
+  private:
     uint32_t ticks_ = 0;
     TDateTime now_ = 45000.0;  // 2023-03-15, a fixed day
 };

@@ -14,11 +14,33 @@ namespace kx {
 
 enum TPenStyle { psSolid, psDash, psDot, psDashDot, psDashDotDot, psClear, psInsideFrame };
 enum TPenMode {
-    pmBlack, pmWhite, pmNop, pmNot, pmCopy, pmNotCopy, pmMergePenNot, pmMaskPenNot,
-    pmMergeNotPen, pmMaskNotPen, pmMerge, pmNotMerge, pmMask, pmNotMask, pmXor, pmNotXor
+    pmBlack,
+    pmWhite,
+    pmNop,
+    pmNot,
+    pmCopy,
+    pmNotCopy,
+    pmMergePenNot,
+    pmMaskPenNot,
+    pmMergeNotPen,
+    pmMaskNotPen,
+    pmMerge,
+    pmNotMerge,
+    pmMask,
+    pmNotMask,
+    pmXor,
+    pmNotXor
 };
-enum TBrushStyle { bsSolid, bsClear, bsHorizontal, bsVertical, bsFDiagonal, bsBDiagonal, bsCross,
-                   bsDiagCross };
+enum TBrushStyle {
+    bsSolid,
+    bsClear,
+    bsHorizontal,
+    bsVertical,
+    bsFDiagonal,
+    bsBDiagonal,
+    bsCross,
+    bsDiagCross
+};
 enum TFontStyle : uint8_t { fsBold = 1, fsItalic = 2, fsUnderline = 4, fsStrikeOut = 8 };
 using TFontStyles = uint8_t;
 
@@ -26,16 +48,16 @@ using TFontStyles = uint8_t;
 // Q_PROPERTY value) with one change callback.
 class TGraphicsObject : public QObject {
     Q_OBJECT
-public:
+  public:
     using TChangeHandler = std::function<void(QObject* sender)>;
     explicit TGraphicsObject(QObject* parent = nullptr) : QObject(parent) {}
     void SetOnChange(TChangeHandler handler) { onChange_ = std::move(handler); }
     bool HasOnChange() const { return static_cast<bool>(onChange_); }
 
-protected:
+  protected:
     void Changed();
 
-private:
+  private:
     TChangeHandler onChange_;
 };
 
@@ -43,7 +65,7 @@ class TPen : public TGraphicsObject {
     Q_OBJECT
     Q_PROPERTY(int Color READ Color WRITE SetColor)
     Q_PROPERTY(int Width READ Width WRITE SetWidth)
-public:
+  public:
     explicit TPen(QObject* parent = nullptr) : TGraphicsObject(parent) {}
     TColor Color() const { return color_; }
     void SetColor(TColorArg c);
@@ -56,7 +78,7 @@ public:
     void SetMode(TPenMode m);
     void Assign(const TPen& other);
 
-private:
+  private:
     TColor color_ = clBlack;
     int32_t width_ = 1;
     TPenStyle style_ = psSolid;
@@ -66,7 +88,7 @@ private:
 class TBrush : public TGraphicsObject {
     Q_OBJECT
     Q_PROPERTY(int Color READ Color WRITE SetColor)
-public:
+  public:
     explicit TBrush(QObject* parent = nullptr) : TGraphicsObject(parent) {}
     TColor Color() const { return color_; }
     // Setting a colour makes a clear brush solid again, as the classic brush does.
@@ -75,7 +97,7 @@ public:
     void SetStyle(TBrushStyle s);
     void Assign(const TBrush& other);
 
-private:
+  private:
     TColor color_ = clWhite;
     TBrushStyle style_ = bsSolid;
 };
@@ -90,7 +112,7 @@ class TFont : public TGraphicsObject {
     Q_PROPERTY(int Size READ Size WRITE SetSize)
     Q_PROPERTY(int Color READ Color WRITE SetColor)
     Q_PROPERTY(int Style READ Style WRITE SetStyle)
-public:
+  public:
     static constexpr int kPixelsPerInch = 96;
     explicit TFont(QObject* parent = nullptr) : TGraphicsObject(parent) {}
     QString Name() const { return name_; }
@@ -115,7 +137,7 @@ public:
     // The Qt family a classic family name maps to.
     static QString MapFamily(const QString& name);
 
-private:
+  private:
     void invalidate();
     QString name_ = QStringLiteral("MS Sans Serif");
     int32_t height_ = -11;  // 8 points

@@ -23,11 +23,19 @@ inline int64_t SaturateToInt64(double v) {
 }
 
 // Round half to even (the processor's default rounding), saturated to int32.
-inline int32_t Round(double v) { return SaturateToInt32(std::nearbyint(v)); }
-inline int64_t Round64(double v) { return SaturateToInt64(std::nearbyint(v)); }
+inline int32_t Round(double v) {
+    return SaturateToInt32(std::nearbyint(v));
+}
+inline int64_t Round64(double v) {
+    return SaturateToInt64(std::nearbyint(v));
+}
 
-inline int32_t Trunc(double v) { return SaturateToInt32(std::trunc(v)); }
-inline int64_t Trunc64(double v) { return SaturateToInt64(std::trunc(v)); }
+inline int32_t Trunc(double v) {
+    return SaturateToInt32(std::trunc(v));
+}
+inline int64_t Trunc64(double v) {
+    return SaturateToInt64(std::trunc(v));
+}
 
 // Integer division truncating toward zero; division by zero yields 0 and
 // INT_MIN div -1 yields INT_MIN instead of trapping.

@@ -30,7 +30,7 @@ struct TCanvasCall {
 };
 
 class TRecordingCanvas : public TCanvas {
-public:
+  public:
     explicit TRecordingCanvas(QImage* target = nullptr) : TCanvas(target) {}
 
     int32_t CharWidth = 7;
@@ -68,7 +68,7 @@ public:
     using TCanvas::Ellipse;
     using TCanvas::Rectangle;
 
-private:
+  private:
     void record(const QString& op, std::vector<int32_t> args, const QString& text = QString());
     std::vector<TCanvasCall> calls_;
 };

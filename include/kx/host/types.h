@@ -20,8 +20,14 @@ struct TRect {
     friend bool operator==(const TRect&, const TRect&) = default;
 };
 
-inline TPoint Point(int32_t x, int32_t y) { return TPoint{x, y}; }
-inline TRect Rect(int32_t l, int32_t t, int32_t r, int32_t b) { return TRect{l, t, r, b}; }
-inline TRect Bounds(int32_t l, int32_t t, int32_t w, int32_t h) { return TRect{l, t, l + w, t + h}; }
+inline TPoint Point(int32_t x, int32_t y) {
+    return TPoint{x, y};
+}
+inline TRect Rect(int32_t l, int32_t t, int32_t r, int32_t b) {
+    return TRect{l, t, r, b};
+}
+inline TRect Bounds(int32_t l, int32_t t, int32_t w, int32_t h) {
+    return TRect{l, t, l + w, t + h};
+}
 
 }  // namespace kx
