@@ -222,7 +222,7 @@ void TKxAnalogGControl::ValueChange() {
     if (!evaluateSectors(alive)) return;
     LimitCheck();
     if (!alive) return;
-    evaluateRange();
+    evaluateRange(alive);
     if (!alive) return;
     trackExtremes(alive);
     if (!alive) return;
@@ -286,13 +286,14 @@ void TKxAnalogGControl::LimitCheck() {
     emit OnLimit(this, lower, upper);
 }
 
-void TKxAnalogGControl::evaluateRange() {
+void TKxAnalogGControl::evaluateRange(const QPointer<TKxAnalogGControl>& alive) {
     if (ppt_ < 0) {
         if (!overflowLow_) {
             overflowLow_ = true;
             overflowHigh_ = false;
             OverflowChange(ppt_);
             emit OnOverflow(this, ppt_);
+            if (!alive) return;
         }
         ppt_ = std::max(ppt_, 0);  // a handler may have re-entered with a new reading
     } else if (ppt_ >= 1001) {
@@ -301,6 +302,7 @@ void TKxAnalogGControl::evaluateRange() {
             overflowLow_ = false;
             OverflowChange(ppt_);
             emit OnOverflow(this, ppt_);
+            if (!alive) return;
         }
         ppt_ = std::min(ppt_, 1000);
     } else if (overflowHigh_ || overflowLow_) {

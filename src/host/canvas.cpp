@@ -440,7 +440,7 @@ void TCanvas::Rectangle(int32_t l, int32_t t, int32_t r, int32_t b) {
         const int64_t k = thickness_;
         if (brushVisible()) fillSpanRect(dl + k, dt + k, dr - k, db - k, brushQColor());
         const QColor c = penQColor();
-        if (r - l <= 0 || b - t <= 0) return;
+        if (int64_t(r) - l <= 0 || int64_t(b) - t <= 0) return;
         fillSpanRect(dl, dt, dr, std::min(dt + k, db), c);
         fillSpanRect(dl, std::max(db - k, dt + k), dr, db, c);
         fillSpanRect(dl, dt + k, std::min(dl + k, dr), db - k, c);

@@ -254,7 +254,7 @@ class TKxAnalogGControl : public TKxGraphicControl {
     void calcLog();
     void updateTexts();
     bool evaluateSectors(const QPointer<TKxAnalogGControl>& alive);
-    void evaluateRange();
+    void evaluateRange(const QPointer<TKxAnalogGControl>& alive);
     void trackExtremes(const QPointer<TKxAnalogGControl>& alive);
 
     TFont* font_;
