@@ -4,6 +4,7 @@
 
 #include "pages.h"
 #include "roundmeterpage.h"
+#include "straightpage.h"
 
 namespace kxgallery {
 namespace {
@@ -30,13 +31,14 @@ GalleryWindow::GalleryWindow(QWidget* parent) : QMainWindow(parent), tabs_(new Q
                                                  "bevels, panels, gradients and numeric entry "
                                                  "fields will appear here.")),
         meterPage_,
+        new StraightPage(kStartTime),
         new NotePage(names.at(2), QStringLiteral("Dials, gear dials and sliders will appear "
                                                  "here.")),
         new NotePage(names.at(3), QStringLiteral("LEDs, switches and colour bit buttons will "
                                                  "appear here.")),
     };
     for (GalleryPage* page : pages_)
-        tabs_->addTab(page, page->PaletteName());
+        tabs_->addTab(page, page->Title());
     tabs_->setCurrentWidget(meterPage_);
     setCentralWidget(tabs_);
     setStyleSheet(styleSheetText());

@@ -1,5 +1,6 @@
 #pragma once
-// The gallery's main window: one tab per palette page, in palette order, and the timer
+// The gallery's main window: one tab per gallery page (see pages.h), in palette order,
+// and the timer
 // that drives the simulated plant behind the live components.
 #include <QMainWindow>
 #include <QTimer>

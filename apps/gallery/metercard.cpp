@@ -2,8 +2,7 @@
 
 #include <QEvent>
 #include <QLabel>
-
-#include "kx/indicators/rmeter.h"
+#include <algorithm>
 
 namespace kxgallery {
 namespace {
@@ -13,7 +12,7 @@ constexpr int kCaptionGap = 6;
 
 }  // namespace
 
-MeterCard::MeterCard(kx::TKxRMeter* meter, QWidget* parent)
+MeterCard::MeterCard(QWidget* meter, QWidget* parent)
     : QFrame(parent), meter_(meter), caption_(new QLabel(this)) {
     setObjectName(QStringLiteral("meterCard"));
     setFrameShape(QFrame::NoFrame);

@@ -1,25 +1,21 @@
 #pragma once
-// A card on the meter page: the meter centred in its cell with a small caption below.
-// Round meters size themselves (AutoSize), so the meter is not managed by a layout;
-// the card follows the meter's size instead and keeps it centred.
+// A card on an instrument page: the instrument centred in its cell with a small caption
+// below. Instruments size themselves (AutoSize), so the instrument is not managed by a
+// layout; the card follows its size instead and keeps it centred.
 #include <QFrame>
 #include <QStringList>
 
 class QLabel;
-
-namespace kx {
-class TKxRMeter;
-}
 
 namespace kxgallery {
 
 class MeterCard : public QFrame {
     Q_OBJECT
   public:
-    // Takes the meter over as a child.
-    MeterCard(kx::TKxRMeter* meter, QWidget* parent = nullptr);
+    // Takes the instrument over as a child.
+    MeterCard(QWidget* meter, QWidget* parent = nullptr);
 
-    kx::TKxRMeter* Meter() const { return meter_; }
+    QWidget* Meter() const { return meter_; }
     // A bold title line and grey detail lines.
     void SetCaption(const QString& title, const QStringList& details);
     QString CaptionText() const;
@@ -34,7 +30,7 @@ class MeterCard : public QFrame {
   private:
     void placeMeter();
 
-    kx::TKxRMeter* meter_;
+    QWidget* meter_;
     QLabel* caption_;
 };
 

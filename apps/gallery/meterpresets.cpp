@@ -3,6 +3,7 @@
 #include <QWidget>
 
 #include "kx/indicators/rmeter.h"
+#include "plantcolors.h"
 
 namespace kxgallery {
 namespace {
@@ -10,11 +11,6 @@ namespace {
 using kx::RGB;
 using kx::TColor;
 
-// Muted plant colours: they read well next to the blink colours (yellow, red).
-constexpr TColor kNormal = RGB(88, 178, 92);
-constexpr TColor kWarning = RGB(245, 190, 45);
-constexpr TColor kAlarm = RGB(222, 64, 54);
-constexpr TColor kCold = RGB(84, 142, 222);
 constexpr TColor kNeedleDark = RGB(40, 44, 52);
 constexpr TColor kNeedleOrange = RGB(255, 140, 0);
 

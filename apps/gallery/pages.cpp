@@ -18,6 +18,16 @@ GalleryPage::GalleryPage(const QString& paletteName, QWidget* parent)
 
 void GalleryPage::Step(double) {}
 
+QString GalleryPage::Title() const {
+    return section_.isEmpty() ? paletteName_ : paletteName_ + QStringLiteral(" \u00B7 ") + section_;
+}
+
+void GalleryPage::SetSection(const QString& section, const QString& slug) {
+    section_ = section;
+    sectionSlug_ = slug;
+    setObjectName(QStringLiteral("page") + paletteName_ + slug);
+}
+
 NotePage::NotePage(const QString& paletteName, const QString& note, QWidget* parent)
     : GalleryPage(paletteName, parent), label_(new QLabel(note, this)) {
     label_->setObjectName(QStringLiteral("pageNote"));

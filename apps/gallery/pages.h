@@ -1,7 +1,8 @@
 #pragma once
-// The gallery's pages: one per palette page of the library, in palette order. A page
-// shows every component of its palette page that exists so far; pages whose components
-// are still to come show a short note instead.
+// The gallery's pages: at least one per palette page of the library, in palette order. A
+// page shows components of its palette page that exist so far; a palette page with many
+// components is spread over several gallery pages, each a section of it ("KxAnalogInd ·
+// Bars and linear meters"); pages whose components are still to come show a short note.
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -18,11 +19,22 @@ class GalleryPage : public QWidget {
   public:
     GalleryPage(const QString& paletteName, QWidget* parent = nullptr);
     const QString& PaletteName() const { return paletteName_; }
+    // The section of the palette page this page shows (empty: the first or only one) and
+    // a short name for it in file names ("bars").
+    const QString& Section() const { return section_; }
+    const QString& SectionSlug() const { return sectionSlug_; }
+    // The palette name, with the section after a middle dot.
+    QString Title() const;
     // One step of the simulated plant; pages without live components ignore it.
     virtual void Step(double seconds);
 
+  protected:
+    void SetSection(const QString& section, const QString& slug);
+
   private:
     QString paletteName_;
+    QString section_;
+    QString sectionSlug_;
 };
 
 // A page with a centred note.

@@ -56,8 +56,8 @@ void settleBlinkPhase(GalleryWindow& window) {
 
 }  // namespace
 
-QString ScreenshotFileName(const QString& pageName) {
-    return QStringLiteral("gallery-%1.png").arg(pageName);
+QString ScreenshotFileName(const QString& pageName, const QString& sectionSlug) {
+    return QStringLiteral("gallery-%1%2.png").arg(pageName, sectionSlug);
 }
 
 void RunSimulation(GalleryWindow& window, int steps, int realMs) {
@@ -83,7 +83,8 @@ QStringList WritePages(GalleryWindow& window, const QString& dir, QTextStream& o
     for (int i = 0; i < window.PageCount(); ++i) {
         tabs->setCurrentIndex(i);
         serveEvents(0);
-        const QString path = QDir(dir).filePath(ScreenshotFileName(window.Page(i)->PaletteName()));
+        const QString path = QDir(dir).filePath(
+            ScreenshotFileName(window.Page(i)->PaletteName(), window.Page(i)->SectionSlug()));
         if (window.grab().save(path, "PNG")) {
             out << path << Qt::endl;
             written << path;

@@ -17,8 +17,8 @@ inline constexpr int kScreenshotSteps = 60;
 // them and blinking needles show their blink colours.
 inline constexpr int kScreenshotRealMs = 2000;
 
-// "gallery-<page>.png".
-QString ScreenshotFileName(const QString& pageName);
+// "gallery-<page>.png", or "gallery-<page><slug>.png" for a section with a slug.
+QString ScreenshotFileName(const QString& pageName, const QString& sectionSlug = QString());
 
 // Runs `steps` simulation steps spread evenly over about `realMs` milliseconds, serving
 // events (timers included) in between.

@@ -11,6 +11,8 @@
 #include "kx/framework/control.h"
 #include "kx/host/bitmap.h"
 #include "kx/host/numeric.h"
+#include "kx/indicators/bar.h"
+#include "kx/indicators/barinstrument.h"
 #include "kx/indicators/rmeter.h"
 
 namespace kx {
@@ -69,9 +71,13 @@ const TRow kRows[] = {
     {kMisc, "TKxNumEdit", "Numeric edit with number bases and engineering prefixes", Absent},
     {kMisc, "TKxNumSpin", "Numeric edit with spin buttons", Absent},
     {kAnalogInd, "TKxValueInd", "Value readout with name and unit", Absent},
-    {kAnalogInd, "TKxBar", "Bar indicator", Absent},
-    {kAnalogInd, "TKxVBar", "Vertical bar indicator with scale", Absent},
-    {kAnalogInd, "TKxHBar", "Horizontal bar indicator with scale", Absent},
+    {kAnalogInd, "TKxBar", "Plain bar: solid, LED chain, marker or sector colours",
+     Component<TKxBar>("kx/indicators/bar.h")},
+    {kAnalogInd, "TKxVBar", "Upright bar with names, value readout, overflow triangles and markers",
+     Component<TKxVBar>("kx/indicators/barinstrument.h")},
+    {kAnalogInd, "TKxHBar",
+     "Horizontal bar with names, value readout, overflow triangles and markers",
+     Component<TKxHBar>("kx/indicators/barinstrument.h")},
     {kAnalogInd, "TKxThermometer", "Thermometer", Absent},
     {kAnalogInd, "TKxTank", "Tank level indicator", Absent},
     {kAnalogInd, "TKxVMeter", "Vertical linear meter with pointer", Absent},

@@ -205,4 +205,23 @@ void KxRotTextOut(TCanvas& canvas, TPoint anchor, float angle, const QString& te
     canvas.Font().Assign(previous);
 }
 
+void KxDrawNumberBox(TCanvas& canvas, TBitmap& cache, const TRect& box, TColor fill,
+                     const TFont& font, const QString& text, int32_t rightInset) {
+    const int32_t w = WrapSub(box.Right, box.Left), h = WrapSub(box.Bottom, box.Top);
+    if (box.Right <= box.Left || box.Bottom <= box.Top) return;
+    const TPoint origin = canvas.GridOrigin();
+    cache.SetDeviceGrid(canvas.DeviceRatio(),
+                        TPoint{WrapAdd(origin.X, box.Left), WrapAdd(origin.Y, box.Top)});
+    cache.SetSize(w, h);
+    TCanvas& c = cache.Canvas();
+    c.Brush().SetStyle(bsSolid);
+    c.Brush().SetColor(fill);
+    c.FillRect(TRect{0, 0, w, h});
+    c.SetFont(font);
+    c.Brush().SetStyle(bsClear);
+    KxTextOut(c, WrapSub(w, rightInset), 0, text, toTopRight);
+    canvas.SetCopyMode(cmSrcCopy);
+    canvas.Draw(box.Left, box.Top, cache);
+}
+
 }  // namespace kx

@@ -572,4 +572,26 @@ void TKxAnalogGControl::SetHint() {
         SetHintTexts(text, kValueLabel % valueText_ % QLatin1Char(' ') % unit % h.tailTip);
 }
 
+TKxAnalogGControl::TNameSizes TKxAnalogGControl::MeasureNames(TCanvas& canvas) const {
+    canvas.SetFont(*font_);
+    const TSignalSettings& sig = *signalSettings_;
+    return TNameSizes{canvas.TextWidth(sig.Name1()), canvas.TextHeight(sig.Name1()),
+                      canvas.TextWidth(sig.Name2()), canvas.TextHeight(sig.Name2())};
+}
+
+void TKxAnalogGControl::PaintNames(TCanvas& canvas, TRect& r, int32_t t, bool name1, bool name2,
+                                   const TNameSizes& sizes) const {
+    canvas.Brush().SetStyle(bsClear);
+    canvas.SetFont(*font_);
+    const TSignalSettings& sig = *signalSettings_;
+    if (name2) {
+        r.Bottom -= sizes.Name2H;
+        canvas.TextOut(r.Left + Div(r.Width() - sizes.Name2W, 2), r.Bottom + t, sig.Name2());
+    }
+    if (name1) {
+        r.Bottom -= sizes.Name1H;
+        canvas.TextOut(r.Left + Div(r.Width() - sizes.Name1W, 2), r.Bottom + t, sig.Name1());
+    }
+}
+
 }  // namespace kx

@@ -6,6 +6,7 @@
 #include "kx/drawing/logvalues.h"
 #include "kx/framework/setfield.h"
 #include "kx/framework/single.h"
+#include "kx/host/formatfloat.h"
 #include "kx/host/numeric.h"
 
 namespace kx {
@@ -113,6 +114,12 @@ int32_t TSignalSettings::GetPPT(float v) const {
 
 float TSignalSettings::GetValue(int32_t ppt) const {
     return ToSingle(double(valueFrom_) + double(range_) / 1000.0 * ppt);
+}
+
+QString TSignalSettings::SampleValueText() const {
+    const QString from = FormatFloat(longFormat_, double(valueFrom_));
+    const QString to = FormatFloat(longFormat_, double(valueTo_));
+    return from.size() > to.size() ? from : to;
 }
 
 QString TSignalSettings::KxGetValueFormat(const QString& format) {

@@ -211,12 +211,8 @@ void TKxRMeter::LogScaleChanged() {
 
 void TKxRMeter::CalcSize() {
     TCanvas& c = Canvas();
-    c.SetFont(*Font());
     const TSignalSettings& sig = *SignalSettings();
-    text_.name1W = c.TextWidth(sig.Name1());
-    text_.name1H = c.TextHeight(sig.Name1());
-    text_.name2W = c.TextWidth(sig.Name2());
-    text_.name2H = c.TextHeight(sig.Name2());
+    text_.names = MeasureNames(c);
     c.SetFont(*fontUnit_);
     text_.unitW = c.TextWidth(sig.ValueUnit());
     text_.unitH = c.TextHeight(sig.ValueUnit());
@@ -235,12 +231,12 @@ void TKxRMeter::CalcSize() {
     h += outer;
     const int32_t bevels = outer + inner;
     if (HasOption(opName1)) {
-        h += text_.name1H;
-        w = std::max(w, bevels + text_.name1W);
+        h += text_.names.Name1H;
+        w = std::max(w, bevels + text_.names.Name1W);
     }
     if (HasOption(opName2)) {
-        h += text_.name2H;
-        w = std::max(w, bevels + text_.name2W);
+        h += text_.names.Name2H;
+        w = std::max(w, bevels + text_.names.Name2W);
     }
     if (HasOption(opBevelInner)) {
         h += inner;
@@ -304,11 +300,11 @@ void TKxRMeter::frameFor(const TRect& client, TRect& instrument, TRect& area) co
     }
     int64_t namesTop = frame.Bottom;
     if (HasOption(opName2)) {
-        r.Bottom -= text_.name2H;
+        r.Bottom -= text_.names.Name2H;
         namesTop = int64_t(r.Bottom) + t;
     }
     if (HasOption(opName1)) {
-        r.Bottom -= text_.name1H;
+        r.Bottom -= text_.names.Name1H;
         namesTop = int64_t(r.Bottom) + t;
     }
     if (HasOption(opBevelInner)) {
@@ -322,18 +318,7 @@ void TKxRMeter::frameFor(const TRect& client, TRect& instrument, TRect& area) co
 }
 
 void TKxRMeter::paintNames(TRect& r, int32_t t) {
-    TCanvas& c = Canvas();
-    c.Brush().SetStyle(bsClear);
-    c.SetFont(*Font());
-    const TSignalSettings& sig = *SignalSettings();
-    if (HasOption(opName2)) {
-        r.Bottom -= text_.name2H;
-        c.TextOut(r.Left + Div(r.Width() - text_.name2W, 2), r.Bottom + t, sig.Name2());
-    }
-    if (HasOption(opName1)) {
-        r.Bottom -= text_.name1H;
-        c.TextOut(r.Left + Div(r.Width() - text_.name1W, 2), r.Bottom + t, sig.Name1());
-    }
+    PaintNames(Canvas(), r, t, HasOption(opName1), HasOption(opName2), text_.names);
 }
 
 void TKxRMeter::scaleExtent(TExtentCanvas& e, const TRect& in) {

@@ -26,15 +26,19 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
     QStringList all;
     for (const TKxCatalogueEntry& e : KxCatalogue())
         all << e.Page + '/' + e.ClassName;
-    EXPECT_EQ(all, (QStringList{"KxAnalogInd/TKx120Meter", "KxAnalogInd/TKx180Meter",
+    EXPECT_EQ(all, (QStringList{"KxAnalogInd/TKxBar", "KxAnalogInd/TKxVBar", "KxAnalogInd/TKxHBar",
+                                "KxAnalogInd/TKx120Meter", "KxAnalogInd/TKx180Meter",
                                 "KxAnalogInd/TKx270Meter"}));
 
     const struct {
         const char* page;
         QStringList classes;
     } pages[] = {
-        {"KxMisc", {}},      {"KxAnalogInd", {"TKx120Meter", "TKx180Meter", "TKx270Meter"}},
-        {"KxAnalogAdj", {}}, {"KxBinary", {}},
+        {"KxMisc", {}},
+        {"KxAnalogInd",
+         {"TKxBar", "TKxVBar", "TKxHBar", "TKx120Meter", "TKx180Meter", "TKx270Meter"}},
+        {"KxAnalogAdj", {}},
+        {"KxBinary", {}},
         {"NoSuchPage", {}},
     };
     for (const auto& p : pages)
@@ -77,12 +81,10 @@ TEST(Catalogue, FindsClassesWithOrWithoutTheNamespace) {
         const char* name;
         const char* found;  // null: not in the catalogue
     } cases[] = {
-        {"TKx270Meter", "kx::TKx270Meter"},
-        {"kx::TKx180Meter", "kx::TKx180Meter"},
-        {"TKxBar", nullptr},
-        {"kx::TKxRMeter", nullptr},
-        {"tkx270meter", nullptr},
-        {"", nullptr},
+        {"TKx270Meter", "kx::TKx270Meter"}, {"kx::TKx180Meter", "kx::TKx180Meter"},
+        {"TKxBar", "kx::TKxBar"},           {"TKxThermometer", nullptr},  // not there yet
+        {"kx::TKxRMeter", nullptr},         {"kx::TKxBarInstrument", nullptr},
+        {"tkx270meter", nullptr},           {"", nullptr},
     };
     for (const auto& c : cases) {
         const TKxCatalogueEntry* e = KxFindComponent(QString::fromLatin1(c.name));

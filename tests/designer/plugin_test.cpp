@@ -17,6 +17,7 @@
 
 #include "designer/properties.h"
 #include "kx/catalogue/catalogue.h"
+#include "kx/indicators/barinstrument.h"
 #include "kx/indicators/rmeter.h"
 
 namespace kx {
@@ -30,11 +31,24 @@ QList<QDesignerCustomWidgetInterface*> pluginWidgets(QPluginLoader& loader) {
 // The plugin's components come from the plugin's own copy of the library, so they are
 // reached through their published properties; the layout of the classes is the same, so
 // a checked static_cast serves to read state that is not published.
-const TKxRMeter* asMeter(const QWidget* w) {
+template <class T>
+const T* as(const QWidget* w, const char* className) {
     const QMetaObject* m = w ? w->metaObject() : nullptr;
-    while (m && qstrcmp(m->className(), "kx::TKxRMeter") != 0)
+    while (m && qstrcmp(m->className(), className) != 0)
         m = m->superClass();
-    return m ? static_cast<const TKxRMeter*>(w) : nullptr;
+    return m ? static_cast<const T*>(w) : nullptr;
+}
+const TKxRMeter* asMeter(const QWidget* w) {
+    return as<TKxRMeter>(w, "kx::TKxRMeter");
+}
+const TKxAnalogGControl* asAnalog(const QWidget* w) {
+    return as<TKxAnalogGControl>(w, "kx::TKxAnalogGControl");
+}
+// Whether a component blinks (those that can).
+bool blinking(const QWidget* w) {
+    if (const TKxRMeter* m = asMeter(w)) return m->Blinking();
+    if (const auto* b = as<TKxBarInstrument>(w, "kx::TKxBarInstrument")) return b->Blinking();
+    return false;
 }
 
 TEST(DesignerPlugin, OffersTheCatalogueInPaletteOrder) {
@@ -73,9 +87,9 @@ TEST(DesignerPlugin, FormBuildersGetRunTimeComponents) {
         std::unique_ptr<QWidget> widget(w->createWidget(nullptr));
         ASSERT_TRUE(widget);
         EXPECT_EQ(QString::fromLatin1(widget->metaObject()->className()), w->name());
-        const TKxRMeter* meter = asMeter(widget.get());
-        ASSERT_TRUE(meter);
-        EXPECT_FALSE(meter->Designing());
+        const TKxAnalogGControl* control = asAnalog(widget.get());
+        ASSERT_TRUE(control);
+        EXPECT_FALSE(control->Designing());
     }
 }
 
@@ -93,15 +107,15 @@ TEST(DesignerPlugin, DesignerGetsDesigningComponents) {
         w->initialize(&core);
         EXPECT_TRUE(w->isInitialized());
         std::unique_ptr<QWidget> widget(w->createWidget(nullptr));
-        const TKxRMeter* meter = asMeter(widget.get());
+        auto* meter = const_cast<TKxAnalogGControl*>(asAnalog(widget.get()));
         ASSERT_TRUE(meter);
         EXPECT_TRUE(meter->Designing());
         // A reading beyond the upper limit and the range: no blinking, no extremes.
         widget->setProperty("Value", 150.0);
-        const_cast<TKxRMeter*>(meter)->Loaded();
-        const_cast<TKxRMeter*>(meter)->PaintToSurface();
+        meter->Loaded();
+        meter->PaintToSurface();
         EXPECT_TRUE(meter->UpperExceeded());
-        EXPECT_FALSE(meter->Blinking());
+        EXPECT_FALSE(blinking(widget.get()));
         EXPECT_EQ(meter->MinMax()->Max(), TMinMax::kNoMax);
     }
     loader.unload();

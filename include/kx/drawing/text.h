@@ -6,6 +6,7 @@
 #include <QString>
 #include <cstdint>
 
+#include "kx/host/bitmap.h"
 #include "kx/host/canvas.h"
 #include "kx/host/types.h"
 
@@ -70,5 +71,13 @@ void KxTextOutMultiLine3D(TCanvas& canvas, int32_t x, int32_t y, int32_t lineSpa
 // anchor. A NaN or infinite angle draws the text unturned with its reference point at
 // the anchor.
 void KxRotTextOut(TCanvas& canvas, TPoint anchor, float angle, const QString& text, toPos pos);
+
+// A number in its box, as readouts repaint it on every reading: box filled with fill, the
+// text in font right-aligned with its right end at box.Right - rightInset and its top at
+// box.Top, composed in cache (made box-sized on canvas's device grid) and put on canvas
+// in one copy, so a fast-changing number never flickers. A text wider than the box is
+// cut at the box's left edge. An empty box draws nothing.
+void KxDrawNumberBox(TCanvas& canvas, TBitmap& cache, const TRect& box, TColor fill,
+                     const TFont& font, const QString& text, int32_t rightInset = 0);
 
 }  // namespace kx

@@ -206,6 +206,16 @@ class TKxAnalogGControl : public TKxGraphicControl {
     // Draws nothing here; descendants draw.
     void Paint() override;
 
+    // The two name lines most instruments show at their bottom, measured in Font.
+    struct TNameSizes {
+        int32_t Name1W = 0, Name1H = 0, Name2W = 0, Name2H = 0;
+    };
+    TNameSizes MeasureNames(TCanvas& canvas) const;
+    // Draws the chosen name lines in Font with a clear brush, each centred in r and
+    // t pixels below the bottom r is moved up to (Name2 lowest, Name1 above it).
+    void PaintNames(TCanvas& canvas, TRect& r, int32_t t, bool name1, bool name2,
+                    const TNameSizes& sizes) const;
+
     KX_FLAT_FONT(Font, Font())
     KX_FLAT_SIGNALSETTINGS(SignalSettings, SignalSettings())
     KX_FLAT_SECTORSETTINGS(SectorSettings, SectorSettings())

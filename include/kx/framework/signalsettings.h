@@ -89,6 +89,11 @@ class TSignalSettings : public TKxPersistent {
     // The value at a per-mille position: ValueFrom + Range / 1000 * ppt.
     float GetValue(int32_t ppt) const;
 
+    // The text readouts reserve room for: both ends of the range formatted with
+    // LongFormat, the one with more characters (ValueTo on a tie). Value boxes are sized
+    // from its width, and designers show it in place of a reading.
+    QString SampleValueText() const;
+
     // The longest section of a picture: split at the first ';', the rest when the head
     // is not longer than it, else the head; without ';' the picture itself.
     static QString KxGetValueFormat(const QString& format);

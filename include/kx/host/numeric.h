@@ -15,6 +15,13 @@ inline int32_t SaturateToInt32(double v) {
     return static_cast<int32_t>(v);
 }
 
+// A 64-bit sum or product of coordinates, clipped to the int32 range.
+inline int32_t Saturate(int64_t v) {
+    if (v > std::numeric_limits<int32_t>::max()) return std::numeric_limits<int32_t>::max();
+    if (v < std::numeric_limits<int32_t>::min()) return std::numeric_limits<int32_t>::min();
+    return static_cast<int32_t>(v);
+}
+
 inline int64_t SaturateToInt64(double v) {
     if (std::isnan(v)) return 0;
     if (v >= 9223372036854775807.0) return std::numeric_limits<int64_t>::max();

@@ -178,7 +178,8 @@ class TKxRMeter : public TKxAnalogGControl {
 
   private:
     struct TextSizes {
-        int32_t name1W = 0, name1H = 0, name2W = 0, name2H = 0, unitW = 0, unitH = 0;
+        TNameSizes names;
+        int32_t unitW = 0, unitH = 0;
     };
     void requestRepaint();
     void hookSettings();
