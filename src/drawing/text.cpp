@@ -1,5 +1,6 @@
 #include "kx/drawing/text.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "kx/drawing/angles.h"
@@ -219,7 +220,14 @@ void KxDrawNumberBox(TCanvas& canvas, TBitmap& cache, const TRect& box, TColor f
     c.FillRect(TRect{0, 0, w, h});
     c.SetFont(font);
     c.Brush().SetStyle(bsClear);
-    KxTextOut(c, WrapSub(w, rightInset), 0, text, toTopRight);
+    const int32_t room = WrapSub(w, rightInset);
+    // A number cut at the box's edge would read as another number.
+    QString shown = text;
+    if (c.TextWidth(text) > room) {
+        const int32_t hash = std::max(1, c.TextWidth(QStringLiteral("#")));
+        shown = QString(std::max(1, room / hash), QLatin1Char('#'));
+    }
+    KxTextOut(c, room, 0, shown, toTopRight);
     canvas.SetCopyMode(cmSrcCopy);
     canvas.Draw(box.Left, box.Top, cache);
 }

@@ -232,16 +232,20 @@ void TBarSettings::paintBar(bool vertical, int32_t ppt) {
 }
 
 void TBarSettings::drawText() {
-    QString text = ValueText;
-    if (HasOption(opUnit)) text += QLatin1Char(' ') + UnitText;
     text_.SetDeviceGrid(bar_.DeviceRatio(), bar_.GridOrigin());
     text_.SetSize(BarWidth, BarHeight);
     TCanvas& t = text_.Canvas();
+    t.SetFont(*font_);
+    // Too wide for the bar: the unit goes first, then the whole text; a cut number would
+    // read as another number.
+    QString text = ValueText;
+    if (HasOption(opUnit) && t.TextWidth(text + QLatin1Char(' ') + UnitText) <= BarWidth)
+        text += QLatin1Char(' ') + UnitText;
+    if (t.TextWidth(text) > BarWidth) return;
     const TRect whole{0, 0, BarWidth, BarHeight};
     t.Brush().SetStyle(bsSolid);
     t.Brush().SetColor(clBlack);
     t.FillRect(whole);
-    t.SetFont(*font_);
     t.Font().SetColor(clBtnHighlight);
     t.Brush().SetStyle(bsClear);
     KxTextOut(t, BarWidth / 2, BarHeight / 2, text, toMidCenter);

@@ -198,7 +198,28 @@ void TCanvas::fillSpanRect(int64_t l, int64_t t, int64_t r, int64_t b, const QCo
     r = std::min<int64_t>(r, int64_t(target_->width()) + 1);
     b = std::min<int64_t>(b, int64_t(target_->height()) + 1);
     if (r <= l || b <= t) return;
-    painter().fillRect(QRect(int(l), int(t), int(r - l), int(b - t)), c);
+    QPainter& p = painter();
+    const QPainter::CompositionMode mode = p.compositionMode();
+    const bool plain =
+        mode == QPainter::CompositionMode_Source || mode == QPainter::CompositionMode_SourceOver;
+    const QImage::Format f = target_->format();
+    if (!hasClip_ && plain && c.alpha() == 255 &&
+        (f == QImage::Format_ARGB32_Premultiplied || f == QImage::Format_RGB32)) {
+        // An opaque fill in copy mode is a row fill; QPainter costs more than the pixels
+        // for the small rectangles that bars and readouts repaint on every reading.
+        const int x0 = int(std::max<int64_t>(l, 0)),
+                  x1 = int(std::min<int64_t>(r, target_->width()));
+        const int y0 = int(std::max<int64_t>(t, 0)),
+                  y1 = int(std::min<int64_t>(b, target_->height()));
+        if (x1 <= x0 || y1 <= y0) return;
+        const QRgb px = c.rgba();
+        uchar* bits = target_->bits();  // one detach check for all rows
+        const qsizetype stride = target_->bytesPerLine();
+        for (int y = y0; y < y1; ++y)
+            std::fill_n(reinterpret_cast<QRgb*>(bits + y * stride) + x0, x1 - x0, px);
+        return;
+    }
+    p.fillRect(QRect(int(l), int(t), int(r - l), int(b - t)), c);
 }
 
 void TCanvas::fillLogicalRect(int32_t l, int32_t t, int32_t r, int32_t b, const QColor& c) {

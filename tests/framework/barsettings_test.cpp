@@ -242,6 +242,26 @@ TEST(BarSettings, ValueTextInvertsWhatLiesBeneath) {
     EXPECT_NE(valueOnly.canvas.Image(), with.canvas.Image());
 }
 
+// A text too wide for the bar drops its unit first, then goes altogether.
+TEST(BarSettings, TooWideTextDropsTheUnitThenItself) {
+    TBarSettings s;
+    s.SetOptions(TBarSettings::BarOption(TBarSettings::opValue) |
+                 TBarSettings::BarOption(TBarSettings::opUnit));
+    s.ValueText = QStringLiteral("42.0");
+    s.UnitText = QString(40, QChar('m'));
+    TBarSettings valueOnly;
+    valueOnly.SetOptions(TBarSettings::BarOption(TBarSettings::opValue));
+    valueOnly.ValueText = s.ValueText;
+    TBarSettings plain;
+    Painted withUnit(s, 100, 16, 300), justValue(valueOnly, 100, 16, 300),
+        bare(plain, 100, 16, 300);
+    EXPECT_EQ(withUnit.canvas.Image(), justValue.canvas.Image());
+    EXPECT_NE(justValue.canvas.Image(), bare.canvas.Image());
+    s.ValueText = QString(30, QChar('8'));
+    Painted tooWide(s, 100, 16, 300);
+    EXPECT_EQ(tooWide.canvas.Image(), bare.canvas.Image());
+}
+
 TEST(BarSettings, NothingIsDrawnForAnEmptyRectangle) {
     for (TBarStyle style : {bsBar, bsLED_Bar, bsPoint, bsMultiColor}) {
         TBarSettings s;
@@ -393,6 +413,23 @@ TEST(ValInd, DrawValueRepaintsOnlyTheNumber) {
     before.Assign(b);
     v.DrawValue(b.Canvas(), 99.9);
     EXPECT_EQ(b.Image(), before.Image());
+}
+
+// A number too wide for its box shows as '#' rather than cut to another number.
+TEST(ValInd, TooWideNumberShowsHashes) {
+    TKxValInd v;
+    v.SampleText = QStringLiteral("0.0");
+    TBitmap wide(300, 60), hashes(300, 60);
+    v.Draw(wide.Canvas(), TPoint{10, 10}, toTopLeft);
+    v.Draw(hashes.Canvas(), TPoint{10, 10}, toTopLeft);
+    v.DrawValue(wide.Canvas(), 123456.0);
+    TBitmap probe(300, 60);
+    probe.Canvas().SetFont(*v.Font());
+    const int32_t room = v.TextRect().Width() + 1;
+    const int32_t n = room / probe.Canvas().TextWidth(QStringLiteral("#"));
+    v.SetFormatStr(QStringLiteral("'%1'").arg(QString(n, QChar('#'))));
+    v.DrawValue(hashes.Canvas(), 0.0);
+    EXPECT_EQ(wide.Image(), hashes.Image());
 }
 
 TEST(ValInd, Defaults) {

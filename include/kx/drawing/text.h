@@ -75,8 +75,9 @@ void KxRotTextOut(TCanvas& canvas, TPoint anchor, float angle, const QString& te
 // A number in its box, as readouts repaint it on every reading: box filled with fill, the
 // text in font right-aligned with its right end at box.Right - rightInset and its top at
 // box.Top, composed in cache (made box-sized on canvas's device grid) and put on canvas
-// in one copy, so a fast-changing number never flickers. A text wider than the box is
-// cut at the box's left edge. An empty box draws nothing.
+// in one copy, so a fast-changing number never flickers. A text wider than the room left
+// of box.Right - rightInset shows as a row of '#' filling that room instead (a number cut
+// at the edge would read as another number). An empty box draws nothing.
 void KxDrawNumberBox(TCanvas& canvas, TBitmap& cache, const TRect& box, TColor fill,
                      const TFont& font, const QString& text, int32_t rightInset = 0);
 

@@ -29,11 +29,14 @@
 // Choices where the classic behaviour is silent or broken:
 //  - An LED segment within the value whose position lies in no sector shows the bar
 //    colour (Color, or BarColor with opUseSectorCol); taken literally it would show the
-//    background colour and look unlit. Segments beyond the value are BkColor, or their
-//    colour dimmed by BkBrightness with BkAuto.
+//    background colour and look unlit.
 //  - A bar under 4 pixels long draws no LED segments (there is no segment to divide).
 //  - PPT and BidirOrigin are clamped to 0..1000 before they are used.
-//  - The value text is drawn horizontally, centred, also on an upright bar.
+//  - The value text is drawn horizontally, centred, also on an upright bar. A text wider
+//    than the bar drops the unit; when the value alone is still wider, no text is drawn
+//    (a number cut at both ends would read as another number).
+//  - LED segments beyond the value are BkColor; with BkAuto, the colour of their sector
+//    (BkColor outside the sectors) dimmed by BkBrightness.
 //  - BkBrightness: NaN is ignored (it would turn every dimmed colour black by accident).
 #include <QString>
 #include <cstdint>

@@ -21,7 +21,7 @@
 //  - Nothing is drawn while Visible is false; the rectangles are still laid out.
 // DrawValue(canvas, value): FormatFloat(FormatStr, value) right-aligned in the text
 // rectangle, one pixel in from its right edge less TxtSpacing.Right, at its top; a text
-// wider than the rectangle is cut at the rectangle's left edge.
+// too wide for the rectangle shows as a row of '#' (see KxDrawNumberBox).
 #include <QString>
 
 #include "kx/drawing/text.h"
