@@ -493,5 +493,48 @@ TEST_F(BarTest, DesignTimeShowsTheSampleValue) {
     EXPECT_GT(box.Width(), 0);
 }
 
+// --- high-DPI ----------------------------------------------------------------------------
+
+template <class T>
+class AtRatio : public T {
+  public:
+    explicit AtRatio(double r) : ratio(r) {}
+    double ratio;
+
+  protected:
+    int metric(QPaintDevice::PaintDeviceMetric m) const override {
+        if (m == QPaintDevice::PdmDevicePixelRatioScaled)
+            return int(ratio * QPaintDevice::devicePixelRatioFScale());
+        if (m == QPaintDevice::PdmDevicePixelRatio) return int(std::ceil(ratio));
+        return T::metric(m);
+    }
+};
+
+// A reading composes the bar, markers and number off-screen; at any ratio that must give
+// the very pixels of a full repaint at the same reading.
+template <class T>
+void expectReadingsMatchFullPaints(double ratio) {
+    AtRatio<T> c(ratio);
+    c.Loaded();
+    c.PaintToSurface();
+    EXPECT_EQ(c.SurfaceRatio(), ratio);
+    for (const float v : {10.0f, 47.0f, 83.0f, 52.0f, 130.0f}) {
+        c.SetValue(v);
+        const QImage composed = c.Surface().Image().copy();
+        c.Invalidate();
+        c.PaintToSurface();
+        EXPECT_TRUE(composed == c.Surface().Image()) << ratio << " " << v;
+    }
+    ClearFlashList();
+}
+
+TEST_F(BarTest, ReadingsComposeTheSamePixelsAsAFullPaintAtEveryRatio) {
+    for (double ratio : {1.0, 1.5, 2.0}) {
+        expectReadingsMatchFullPaints<TKxBar>(ratio);
+        expectReadingsMatchFullPaints<TKxHBar>(ratio);
+        expectReadingsMatchFullPaints<TKxVBar>(ratio);
+    }
+}
+
 }  // namespace
 }  // namespace kx
