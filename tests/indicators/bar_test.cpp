@@ -493,6 +493,100 @@ TEST_F(BarTest, DesignTimeShowsTheSampleValue) {
     EXPECT_GT(box.Width(), 0);
 }
 
+// --- settings and geometry details -------------------------------------------------------
+
+TEST_F(BarTest, EverySettingsObjectRepaintsOnceLoaded) {
+    using Touch = std::function<void(TKxBarInstrument&)>;
+    const std::pair<const char*, Touch> cases[] = {
+        {"FontValue",
+         [](TKxBarInstrument& b) { b.FontValue()->SetSize(b.FontValue()->Size() + 1); }},
+        {"BarSettings", [](TKxBarInstrument& b) { b.BarSettings()->SetminWidth(120); }},
+        {"BevelInner",
+         [](TKxBarInstrument& b) { b.BevelInner()->SetWidth(b.BevelInner()->Width() + 1); }},
+        {"BevelOuter",
+         [](TKxBarInstrument& b) { b.BevelOuter()->SetWidth(b.BevelOuter()->Width() + 1); }},
+        {"BevelValue",
+         [](TKxBarInstrument& b) { b.BevelValue()->SetWidth(b.BevelValue()->Width() + 1); }},
+        {"LogScale", [](TKxBarInstrument& b) { b.SetLogScale(!b.LogScale()); }},
+        {"AutoSize", [](TKxBarInstrument& b) { b.SetKxAutoSize(!b.AutoSize()); }},
+        {"Options", [](TKxBarInstrument& b) { b.SetOptions(b.Options() ^ 1); }},
+    };
+    for (bool upright : {false, true})
+        for (const auto& [what, touch] : cases) {
+            SCOPED_TRACE(testing::Message() << upright << " " << what);
+            auto bar = makeBar(upright);
+            bar->SetRedrawNeeded(false);
+            touch(*bar);
+            EXPECT_FALSE(bar->RedrawNeeded());  // still constructing
+            bar->Loaded();
+            bar->PaintToSurface();
+            bar->SetRedrawNeeded(false);
+            touch(*bar);
+            EXPECT_TRUE(bar->RedrawNeeded());
+        }
+}
+
+TEST_F(BarTest, SettingsSettersCopyAndIgnoreNull) {
+    TKxHBar h;
+    h.SetFontValue(nullptr);
+    h.SetBarSettings(nullptr);
+    h.SetBevelInner(nullptr);
+    h.SetBevelOuter(nullptr);
+    h.SetBevelValue(nullptr);
+    EXPECT_EQ(h.FontValue()->Size(), 10);
+    TKxSBevel bevel;
+    bevel.SetWidth(6);
+    h.SetBevelValue(&bevel);
+    EXPECT_EQ(h.BevelValue()->Width(), 6);
+    EXPECT_NE(h.BevelValue(), &bevel);
+    TBarSettings bars;
+    bars.SetStyle(bsPoint);
+    h.SetBarSettings(&bars);
+    EXPECT_EQ(h.BarSettings()->Style(), bsPoint);
+    TKxBar plain;
+    plain.SetBarSettings(nullptr);
+    plain.SetBevelOuter(nullptr);
+    plain.SetBarSettings(&bars);
+    EXPECT_EQ(plain.BarSettings()->Style(), bsPoint);
+}
+
+// With fixed metrics: the value box centred with its unit, inside a 2-pixel bevel.
+TEST_F(BarTest, ValueBoxGeometry) {
+    TKxHBar h;
+    TRecordingCanvas rec;
+    rec.CharWidth = 7;
+    rec.LineHeight = 14;
+    h.SetCanvas(&rec);
+    h.Loaded();
+    h.PaintToSurface();
+    // Width 115; e = 14 div 6 = 2; left = (115 - 35 - 7 - 2) div 2 - 2 = 33; the box is
+    // 35 + 4 + 4 wide and 14 + 4 high; the number goes inside the bevel, e in from its
+    // sides; the unit e to the right of the bevel's inside.
+    EXPECT_EQ(h.width(), 115);
+    EXPECT_EQ(h.ValueBox(), (TRect{37, 2, 72, 16}));  // 35 wide: the sample "100.0"
+    bool unit = false;
+    for (const TCanvasCall& c : rec.CallsOf(QStringLiteral("TextOut")))
+        if (c.Text == QStringLiteral("%")) {
+            unit = true;
+            EXPECT_EQ(c.Args, (std::vector<int32_t>{76, 2}));
+        }
+    EXPECT_TRUE(unit);
+    // The bar's frame stands below the box and the inner bevel's spacing, centred in the rest.
+    EXPECT_GE(h.BarFrame().Top, 18);
+    h.SetCanvas(nullptr);
+}
+
+TEST_F(BarTest, MarkerAtTheRangeStartSitsOnTheBarsFirstPixel) {
+    TKxHBar h;
+    h.BarSettings()->SetminWidth(1200);  // long enough for one per mille to be a pixel
+    h.Loaded();
+    h.SetValue(0.0f);
+    h.SetValue(100.0f);
+    h.PaintToSurface();
+    EXPECT_EQ(h.Markers()[0].X, h.BarSettings()->BarRect.Left);
+    EXPECT_EQ(h.Markers()[3].X, h.BarSettings()->BarRect.Right);
+}
+
 // --- high-DPI ----------------------------------------------------------------------------
 
 template <class T>
