@@ -126,7 +126,8 @@ void TKxBarInstrument::LogScaleChanged() {
 
 void TKxBarInstrument::MinMaxChange(QObject* sender) {
     TKxAnalogGControl::MinMaxChange(sender);
-    if (Designing()) requestRepaint();
+    // Showing or hiding the markers changes the layout (their room beside the bar).
+    if (Designing() || (laidOut_ && markersLaidOut_ != MarkersShown())) requestRepaint();
 }
 
 int32_t TKxBarInstrument::barThickness() const {
@@ -195,6 +196,8 @@ void TKxBarInstrument::Paint() {
     if (HasOption(opValue)) y = paintValueBox(r);
     triangles_ = {};
     placeBar(r, y);
+    laidOut_ = true;
+    markersLaidOut_ = MarkersShown();
     if (HasOption(opOverflow)) DrawOverflow(c, clBtnFace, clBtnFace);
     TRect bar = barFrame_;
     barSettings_->Bevel()->PaintFilledBevel(c, bar);
@@ -202,7 +205,6 @@ void TKxBarInstrument::Paint() {
     stripImage_.SetSize(0, 0);
     if (MarkersShown()) GetBkUpImage(c, stripImage_, strip_);
     marksValid_ = false;
-    laidOut_ = true;
     ValueChange();
 }
 
@@ -211,7 +213,7 @@ void TKxBarInstrument::setTriangle(size_t index, std::array<TPoint, 4> points) {
 }
 
 void TKxBarInstrument::DrawOverflow(TCanvas& canvas, TColor c1, TColor c2) {
-    if (!laidOut_ && triangles_ == std::array<TPoint, 8>{}) return;
+    if (!laidOut_) return;  // no triangles before the first paint
     canvas.Pen().SetMode(pmCopy);
     canvas.Pen().SetStyle(psSolid);
     canvas.Pen().SetWidth(1);

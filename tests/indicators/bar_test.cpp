@@ -587,6 +587,70 @@ TEST_F(BarTest, MarkerAtTheRangeStartSitsOnTheBarsFirstPixel) {
     EXPECT_EQ(h.Markers()[3].X, h.BarSettings()->BarRect.Right);
 }
 
+TEST_F(BarTest, MarkerRoomAndStripGeometry) {
+    TKxHBar h;
+    TRecordingCanvas rec;
+    rec.CharWidth = 7;
+    rec.LineHeight = 14;
+    h.SetCanvas(&rec);
+    h.SetKxAutoSize(false);
+    h.SetBounds(0, 0, 200, 100);
+    h.Loaded();
+    h.PaintToSurface();
+    // Below the value box (bottom 18, no inner spacing) down to the names at 100 - 28:
+    // room = 72 - 18 - 13 = 41; with markers the bar stands (41 + 11) div 2 lower.
+    EXPECT_EQ(h.BarFrame().Top, 18 + 26);
+    EXPECT_EQ(h.MarkerStrip(), (TRect{h.BarFrame().Left - 6, h.BarFrame().Top - 11,
+                                      h.BarFrame().Right + 6, h.BarFrame().Top}));
+    h.MinMax()->SetMinVisible(false);
+    h.MinMax()->SetMaxVisible(false);
+    h.PaintToSurface();
+    EXPECT_EQ(h.BarFrame().Top, 18 + 20);
+    h.SetCanvas(nullptr);
+}
+
+TEST_F(BarTest, LongSecondNameWidensTheBar) {
+    for (bool upright : {false, true}) {
+        auto bar = makeBar(upright);
+        TRecordingCanvas rec;
+        rec.CharWidth = 7;
+        rec.LineHeight = 14;
+        bar->SetCanvas(&rec);
+        bar->SignalSettings()->SetName2(QString(40, QChar('x')));
+        bar->CalcSize();
+        EXPECT_EQ(bar->width(), 280) << upright;
+        bar->SetCanvas(nullptr);
+    }
+}
+
+TEST_F(BarTest, NoTrianglesBeforeTheFirstPaintAndNoneWhileHidden) {
+    TKxHBar h;
+    TBitmap target(50, 50);
+    h.DrawOverflow(target.Canvas(), clRed, clRed);  // not laid out yet: nothing
+    EXPECT_EQ(target.Pixel(0, 0), clWhite);
+    h.Loaded();
+    h.PaintToSurface();
+    h.SetValue(150.0f);
+    SetFlashTickCounter(15);
+    RunFlashTick();
+    h.hide();
+    const QImage before = h.Surface().Image().copy();
+    h.SetValue(50.0f);  // back in range while hidden: nothing is drawn
+    EXPECT_EQ(before, h.Surface().Image());
+}
+
+// A bar bevel absurd enough to make the bar 0 thick still keeps the triangles' indent.
+TEST_F(BarTest, UprightBarOfNoThicknessKeepsItsIndent) {
+    TKxVBar v;
+    v.BarSettings()->SetminWidth(10);
+    v.BarSettings()->Bevel()->SetSpacing(-6);  // thickness -5 on each side
+    v.Loaded();
+    v.PaintToSurface();
+    EXPECT_EQ(v.BarFrame().Width(), 0);
+    // Below the value box (its bevel 2) and the inner bevel's spacing 5: (0 + 5) div 2.
+    EXPECT_EQ(v.BarFrame().Top, v.ValueBox().Bottom + 2 + 5 + 2);
+}
+
 // --- high-DPI ----------------------------------------------------------------------------
 
 template <class T>

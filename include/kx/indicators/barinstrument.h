@@ -41,6 +41,8 @@
 //  - A bidirectional bar (BarSettings opBidir) grows from the position of the value 0.
 //  - TKxVBar's required width also holds the bar and the marker room inside the bevels.
 //  - At design time (Designing()) nothing blinks.
+//  - Showing or hiding the markers (MinMax.MinVisible, MaxVisible) re-lays the bar out,
+//    since the markers take room beside it.
 //  - Option enums are class-scoped (TKxHBar::opValue, ...): other instruments have
 //    options of the same names with other bit numbers.
 #include <array>
@@ -177,6 +179,7 @@ class TKxBarInstrument : public TKxAnalogGControl {
     TBitmap work_;
     TBitmap number_;
     bool laidOut_ = false;
+    bool markersLaidOut_ = false;  // whether the last Paint made room for the markers
     bool blinking_ = false;
     std::array<TPoint, 6> markers_{};
     // What the markers showed last (positions and colours; clNone: hidden).
