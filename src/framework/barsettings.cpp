@@ -37,10 +37,7 @@ TBarSettings::TBarSettings(QObject* parent)
     hookOwned();
 }
 
-TBarSettings::~TBarSettings() {
-    font_->SetOnChange(nullptr);
-    bevel_->SetOnChange(nullptr);
-}
+TBarSettings::~TBarSettings() = default;
 
 void TBarSettings::hookOwned() {
     font_->SetOnChange([this](QObject* sender) { ChangeObject(sender); });
@@ -130,8 +127,7 @@ void TBarSettings::drawBands(TCanvas& canvas, const TRect& rect, const TSectorSe
     canvas.Brush().SetStyle(bsSolid);
     auto band = [&](int32_t from, int32_t to, TColor color) {
         const int32_t a = along(from, length), b = along(to, length);
-        if (b <= a) return;
-        canvas.Brush().SetColor(color);
+        canvas.Brush().SetColor(color);  // an empty or reversed band fills nothing
         if (vertical)
             canvas.FillRect(TRect{rect.Left, rect.Bottom - b, rect.Right, rect.Bottom - a});
         else
@@ -201,7 +197,7 @@ void TBarSettings::paintBar(bool vertical, int32_t ppt) {
         case bsBar: {
             const int32_t start = HasOption(opBidir) ? along(BidirOrigin, length) : 0;
             const TRect r = span(vertical, start, along(ppt, length));
-            if (r.Width() > 0 && r.Height() > 0) c.Rectangle(r);
+            c.Rectangle(r);  // empty at the origin: draws nothing
             break;
         }
         case bsPoint: {
@@ -214,7 +210,7 @@ void TBarSettings::paintBar(bool vertical, int32_t ppt) {
             strip_.SetSize(BarWidth, BarHeight);
             DrawSector(strip_.Canvas(), whole, 1000, *SectorSettings, false);
             const TRect r = span(vertical, 0, along(ppt, length));
-            if (r.Width() > 0 && r.Height() > 0) c.CopyRect(r, strip_.Canvas(), r);
+            c.CopyRect(r, strip_.Canvas(), r);
             break;
         }
         case bsLED_Bar: {

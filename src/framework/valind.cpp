@@ -23,9 +23,7 @@ TKxValInd::TKxValInd(QObject* parent)
     hookOwned();
 }
 
-TKxValInd::~TKxValInd() {
-    unhookOwned();
-}
+TKxValInd::~TKxValInd() = default;
 
 void TKxValInd::hookOwned() {
     auto handler = [this](QObject* sender) { ChangeObject(sender); };

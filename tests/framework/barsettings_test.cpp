@@ -71,6 +71,9 @@ TEST(BarSettings, HorizontalGeometryOfEachStyle) {
         {"point at the end", bsPoint, false, 0, 203, 1000, 200, 203},
         {"point at the start", bsPoint, false, 0, 203, 0, 0, 3},
         {"point in the middle", bsPoint, false, 0, 103, 500, 50, 53},
+        {"zero on a long bar", bsBar, false, 0, 1000, 0, -1, -1},
+        {"one per mille on a long bar", bsBar, false, 0, 1000, 1, 0, 1},
+        {"bidir from zero on a long bar", bsBar, true, 0, 1000, 2, 0, 2},
     };
     for (const BarCase& c : cases) {
         SCOPED_TRACE(c.what);
@@ -102,6 +105,40 @@ TEST(BarSettings, UprightBarGrowsFromTheBottom) {
     EXPECT_EQ(q.at(10, 19), kBar);
     EXPECT_EQ(q.at(10, 9), kBk);
     EXPECT_EQ(q.at(19, 10), kBar);
+}
+
+// Upright, positions count up from the bottom for every style.
+TEST(BarSettings, UprightStylesCountFromTheBottom) {
+    TBarSettings s;
+    s.SetStyle(bsPoint);
+    Painted point(s, 10, 103, 500);  // rows 103 - 53 .. 103 - 50
+    EXPECT_EQ(point.at(5, 49), kBk);
+    EXPECT_EQ(point.at(5, 50), kBar);
+    EXPECT_EQ(point.at(5, 52), kBar);
+    EXPECT_EQ(point.at(5, 53), kBk);
+    s.SetStyle(bsBar);
+    s.SetOptions(TBarSettings::BarOption(TBarSettings::opBidir));
+    s.BidirOrigin = 500;
+    Painted bidir(s, 10, 100, 800);  // rows 100 - 80 .. 100 - 50
+    EXPECT_EQ(bidir.at(5, 19), kBk);
+    EXPECT_EQ(bidir.at(5, 20), kBar);
+    EXPECT_EQ(bidir.at(5, 49), kBar);
+    EXPECT_EQ(bidir.at(5, 50), kBk);
+}
+
+// A bar 4 to 7 pixels long holds one segment k = 0 for 0 per mille, and a segment k = 1
+// for 1000 that never lights (1000 + 1 lies beyond any reading).
+TEST(BarSettings, ShortLedBarHasOneSegment) {
+    TBarSettings s;
+    s.SetStyle(bsLED_Bar);
+    Painted p(s, 6, 3, 1000);
+    EXPECT_EQ(p.at(0, 1), kBk);
+    EXPECT_EQ(p.at(1, 1), s.SectorSettings->Sector1Color());
+    EXPECT_EQ(p.at(3, 1), s.SectorSettings->Sector1Color());
+    EXPECT_EQ(p.at(5, 1), kBk);
+    s.SetBkAuto(true);
+    s.SetBkBrightness(50.0f);
+    EXPECT_EQ(s.LedColor(1, 1, 1000), KxSetBrightness(s.SectorSettings->Sector3Color(), 50.0f));
 }
 
 TEST(BarSettings, LedSegmentsAreThreeLitPixelsAndAGap) {
@@ -176,6 +213,20 @@ TEST(BarSettings, AutoBackgroundShowsTheSectorsDimmed) {
     EXPECT_EQ(p.at(10, 5), kBar);
     EXPECT_EQ(p.at(50, 5), KxSetBrightness(sec.Sector1Color(), 40.0f));
     EXPECT_EQ(p.at(250, 5), KxSetBrightness(sec.Sector3Color(), 40.0f));
+}
+
+// DrawSector runs along the longer side; a square counts as horizontal.
+TEST(BarSettings, SectorBandsRunAlongTheLongerSide) {
+    TBarSettings s;
+    TSectorSettings sec;  // 0..333, 334..666, 667..1000
+    TBitmap square(90, 90);
+    s.DrawSector(square.Canvas(), TRect{0, 0, 90, 90}, 0, sec, false);
+    EXPECT_EQ(square.Pixel(5, 85), sec.Sector1Color());
+    EXPECT_EQ(square.Pixel(85, 85), sec.Sector3Color());
+    TBitmap upright(90, 91);
+    s.DrawSector(upright.Canvas(), TRect{0, 0, 90, 91}, 0, sec, false);
+    EXPECT_EQ(upright.Pixel(85, 88), sec.Sector1Color());
+    EXPECT_EQ(upright.Pixel(85, 2), sec.Sector3Color());
 }
 
 TEST(BarSettings, SectorBandsAndTheirGaps) {
@@ -262,6 +313,25 @@ TEST(BarSettings, TooWideTextDropsTheUnitThenItself) {
     EXPECT_EQ(tooWide.canvas.Image(), bare.canvas.Image());
 }
 
+// The text is drawn while it fits exactly, centred on the bar's middle row.
+TEST(BarSettings, TextThatJustFitsIsDrawnCentred) {
+    TBarSettings s;
+    s.SetOptions(TBarSettings::BarOption(TBarSettings::opValue));
+    s.Font()->SetSize(20);
+    s.ValueText = QStringLiteral("88");
+    TBitmap probe(10, 10);
+    probe.Canvas().SetFont(*s.Font());
+    const int32_t w = probe.Canvas().TextWidth(s.ValueText);
+    TBarSettings plain;
+    Painted exact(s, w, 60, 0), bare(plain, w, 60, 0);
+    EXPECT_NE(exact.canvas.Image(), bare.canvas.Image());
+    int32_t top = 60, bottom = -1;
+    for (int32_t y = 0; y < 60; ++y)
+        for (int32_t x = 0; x < w; ++x)
+            if (exact.at(x, y) != kBk) top = std::min(top, y), bottom = std::max(bottom, y);
+    EXPECT_NEAR((top + bottom) / 2.0, 30.0, 4.0);
+}
+
 TEST(BarSettings, NothingIsDrawnForAnEmptyRectangle) {
     for (TBarStyle style : {bsBar, bsLED_Bar, bsPoint, bsMultiColor}) {
         TBarSettings s;
@@ -283,13 +353,39 @@ TEST(BarSettings, SettersFollowTheirRules) {
     int changes = 0;
     s.SetOnChange([&](QObject*) { ++changes; });
     s.SetminHeight(0);
+    s.SetminWidth(0);
     s.SetminWidth(-3);
     EXPECT_EQ(changes, 0);
     EXPECT_EQ(s.minHeight(), 5);
+    EXPECT_EQ(s.minWidth(), 5);
     s.SetminHeight(5);  // same value: still notifies
     EXPECT_EQ(changes, 1);
+    s.SetminWidth(1);
+    s.SetminHeight(1);
+    EXPECT_EQ(s.minWidth(), 1);
+    EXPECT_EQ(s.minHeight(), 1);
+    changes = 0;
     s.SetStyle(TBarStyle(7));
+    s.SetStyle(TBarStyle(-1));
     EXPECT_EQ(s.Style(), bsBar);
+    s.SetStyle(bsMultiColor);
+    s.SetStyle(bsBar);
+    EXPECT_EQ(s.Style(), bsBar);
+    EXPECT_EQ(changes, 2);
+    // Null objects are ignored (the font setter still notifies); others are copied.
+    s.SetBevel(nullptr);
+    s.SetFont(nullptr);
+    EXPECT_EQ(changes, 3);
+    TFont big;
+    big.SetSize(30);
+    s.SetFont(&big);
+    EXPECT_EQ(s.Font()->Size(), 30);
+    EXPECT_NE(s.Font(), &big);
+    TKxSBevel thick;
+    thick.SetWidth(5);
+    s.SetBevel(&thick);
+    EXPECT_EQ(s.Bevel()->Width(), 5);
+    changes = 1;
     s.SetBkBrightness(std::numeric_limits<float>::quiet_NaN());
     EXPECT_EQ(s.BkBrightness(), 0.0f);
     EXPECT_EQ(changes, 1);
@@ -297,12 +393,15 @@ TEST(BarSettings, SettersFollowTheirRules) {
     s.Font()->SetSize(20);
     EXPECT_EQ(changes, 3);
     // Defaults.
-    EXPECT_EQ(s.Color(), clLime);
-    EXPECT_EQ(s.BkColor(), clBlack);
-    EXPECT_EQ(s.Font()->Color(), clBtnHighlight);
-    EXPECT_EQ(s.Bevel()->Spacing(), 0);
-    EXPECT_EQ(s.Bevel()->Width(), 3);
-    EXPECT_EQ(s.Bevel()->BevelLine(), blNone);
+    const TBarSettings d;
+    EXPECT_EQ(d.Color(), clLime);
+    EXPECT_EQ(d.BkColor(), clBlack);
+    EXPECT_EQ(d.Font()->Color(), clBtnHighlight);
+    EXPECT_EQ(d.Bevel()->Spacing(), 0);
+    EXPECT_EQ(d.Bevel()->Color(), clBtnFace);
+    EXPECT_EQ(d.Bevel()->Style(), bsLowered);
+    EXPECT_EQ(d.Bevel()->Width(), 1);
+    EXPECT_EQ(d.Bevel()->BevelLine(), blNone);
 }
 
 TEST(BarSettings, AssignCopiesEverySettingOnce) {
