@@ -9,6 +9,8 @@ namespace {
 
 constexpr int kPadding = 10;
 constexpr int kCaptionGap = 6;
+// Narrow instruments still get a caption this wide.
+constexpr int kMinCaptionWidth = 170;
 
 }  // namespace
 
@@ -39,7 +41,7 @@ QString MeterCard::CaptionText() const {
 }
 
 QSize MeterCard::sizeHint() const {
-    const int captionWidth = std::max(meter_->width(), 200);
+    const int captionWidth = std::max(meter_->width(), kMinCaptionWidth);
     const int captionHeight = caption_->heightForWidth(captionWidth);
     return QSize(std::max(meter_->width(), captionWidth) + 2 * kPadding,
                  meter_->height() + kCaptionGap + std::max(captionHeight, 0) + 2 * kPadding);

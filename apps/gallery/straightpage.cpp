@@ -1,11 +1,12 @@
 #include "straightpage.h"
 
-#include <QGridLayout>
+#include <QHBoxLayout>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "kx/indicators/bar.h"
 #include "kx/indicators/barinstrument.h"
+#include "kx/indicators/linearmeter.h"
 #include "metercard.h"
 #include "plantcolors.h"
 
@@ -56,9 +57,10 @@ StraightPage::StraightPage(double startTime, QWidget* parent)
     : GalleryPage(PalettePageNames().at(1), parent) {
     SetSection(QStringLiteral("Bars and linear meters"), QStringLiteral("-straight"));
     auto* content = new QWidget;
-    grid_ = new QGridLayout(content);
-    grid_->setContentsMargins(12, 12, 12, 12);
-    grid_->setSpacing(10);
+    // One row of cards per kind, each row as wide as its own cards.
+    rows_ = new QVBoxLayout(content);
+    rows_->setContentsMargins(12, 12, 12, 12);
+    rows_->setSpacing(10);
     auto* scroll = new QScrollArea;
     scroll->setWidget(content);
     scroll->setWidgetResizable(true);
@@ -153,6 +155,32 @@ StraightPage::StraightPage(double startTime, QWidget* parent)
               return b;
           },
           wobble(0.5, 0.45, 11.0, 0.3)}},
+        {1,
+         {QStringLiteral("TKxHMeter"),
+          {QStringLiteral("sectors, limits, unit above")},
+          [] {
+              auto* m = new TKxHMeter;
+              signal(*m, "Line pressure", "PT-55", "bar", 0, 10, "#0.00");
+              sectors(*m, {0, 200, 201, 800, 801, 1000}, {kWarning, kNormal, kAlarm});
+              m->ScaleSettings()->Font()->SetSize(10);
+              return m;
+          },
+          wobble(0.6, 0.35, 9.5, 0.4)}},
+        {1,
+         {QStringLiteral("TKxHMeter"),
+          {QStringLiteral("labels on top, no bevels")},
+          [] {
+              auto* m = new TKxHMeter;
+              signal(*m, "Frequency", "", "Hz", 45, 55, "#0");
+              sectors(*m, {0, 100, 101, 899, 900, 1000}, {kAlarm, kNormal, kAlarm});
+              m->ScaleSettings()->SetPosLeftTop(true);
+              m->ScaleSettings()->Font()->SetSize(10);
+              m->SetOptions(TKxHMeter::kAllHMeterOptions &
+                            ~TKxHMeter::HMeterOption(TKxHMeter::opBevelInner) &
+                            ~TKxHMeter::HMeterOption(TKxHMeter::opBevelOuter));
+              return m;
+          },
+          wobble(0.5, 0.3, 5.0, -0.5)}},
         {2,
          {QStringLiteral("TKxVBar"),
           {QStringLiteral("defaults")},
@@ -194,16 +222,48 @@ StraightPage::StraightPage(double startTime, QWidget* parent)
               return b;
           },
           wobble(0.5, 0.5, 6.0, 0.0)}},
+        {2,
+         {QStringLiteral("TKxVMeter"),
+          {QStringLiteral("sectors, value readout")},
+          [] {
+              auto* m = new TKxVMeter;
+              signal(*m, "Coolant", "TT-12", "\u00B0C", 0, 120, "##0.0");
+              sectors(*m, {0, 250, 251, 750, 751, 1000}, {kCold, kNormal, kAlarm});
+              m->ScaleSettings()->Font()->SetSize(10);
+              return m;
+          },
+          wobble(0.55, 0.35, 10.0, 0.6)}},
+        {2,
+         {QStringLiteral("TKxVMeter"),
+          {QStringLiteral("labels left, logarithmic")},
+          [] {
+              auto* m = new TKxVMeter;
+              signal(*m, "Vacuum", "PI-3", "mbar", 0.001f, 1000, "0.000");
+              m->SetLogScale(true);
+              m->ScaleSettings()->SetPosLeftTop(true);
+              m->ScaleSettings()->Font()->SetSize(10);
+              m->SetOptions(TKxVMeter::kAllVMeterOptions &
+                            ~TKxVMeter::VMeterOption(TKxVMeter::opSector));
+              return m;
+          },
+          wobble(0.5, 0.3, 14.0, 0.0)}},
     };
-    std::vector<int> columns(3, 0);
+    std::vector<QHBoxLayout*> rows;
     for (size_t i = 0; i < presets.size(); ++i) {
-        const int row = presets[i].first;
-        add(presets[i].second, row, columns[size_t(row)]++, kSeedBase + uint32_t(i), startTime);
+        const size_t row = size_t(presets[i].first);
+        while (rows.size() <= row) {
+            rows.push_back(new QHBoxLayout);
+            rows.back()->setSpacing(10);
+            rows_->addLayout(rows.back());
+        }
+        add(presets[i].second, *rows[row], kSeedBase + uint32_t(i), startTime);
     }
-    grid_->setRowStretch(grid_->rowCount(), 1);
+    for (QHBoxLayout* row : rows)
+        row->addStretch(1);
+    rows_->addStretch(1);
 }
 
-void StraightPage::add(const Preset& preset, int row, int column, uint32_t seed, double startTime) {
+void StraightPage::add(const Preset& preset, QHBoxLayout& row, uint32_t seed, double startTime) {
     kx::TKxAnalogGControl* control = preset.make();
     control->SetLimitUpper(control->SignalSettings()->ValueTo());
     control->SetLimitLower(control->SignalSettings()->ValueFrom());
@@ -211,7 +271,7 @@ void StraightPage::add(const Preset& preset, int row, int column, uint32_t seed,
     control->Loaded();
     auto* card = new MeterCard(control);
     card->SetCaption(preset.title, preset.details);
-    grid_->addWidget(card, row, column);
+    row.addWidget(card);
     channels_.push_back(Channel{control, card, process});
     feed(channels_.back());
 }

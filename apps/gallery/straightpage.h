@@ -9,7 +9,8 @@
 #include "pages.h"
 #include "processsimulator.h"
 
-class QGridLayout;
+class QHBoxLayout;
+class QVBoxLayout;
 
 namespace kx {
 class TKxAnalogGControl;
@@ -36,11 +37,11 @@ class StraightPage : public GalleryPage {
         ProcessSignal process;
     };
     struct Preset;
-    void add(const Preset& preset, int row, int column, uint32_t seed, double startTime);
+    void add(const Preset& preset, QHBoxLayout& row, uint32_t seed, double startTime);
     void feed(Channel& c);
 
     std::vector<Channel> channels_;
-    QGridLayout* grid_ = nullptr;
+    QVBoxLayout* rows_ = nullptr;
 };
 
 }  // namespace kxgallery

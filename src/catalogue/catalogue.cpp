@@ -13,6 +13,7 @@
 #include "kx/host/numeric.h"
 #include "kx/indicators/bar.h"
 #include "kx/indicators/barinstrument.h"
+#include "kx/indicators/linearmeter.h"
 #include "kx/indicators/rmeter.h"
 
 namespace kx {
@@ -80,8 +81,10 @@ const TRow kRows[] = {
      Component<TKxHBar>("kx/indicators/barinstrument.h")},
     {kAnalogInd, "TKxThermometer", "Thermometer", Absent},
     {kAnalogInd, "TKxTank", "Tank level indicator", Absent},
-    {kAnalogInd, "TKxVMeter", "Vertical linear meter with pointer", Absent},
-    {kAnalogInd, "TKxHMeter", "Horizontal linear meter with pointer", Absent},
+    {kAnalogInd, "TKxVMeter", "Upright linear meter with pointer, sectors and value readout",
+     Component<TKxVMeter>("kx/indicators/linearmeter.h")},
+    {kAnalogInd, "TKxHMeter", "Horizontal linear meter with pointer and sectors",
+     Component<TKxHMeter>("kx/indicators/linearmeter.h")},
     {kAnalogInd, "TKxFlexHMeter", "Horizontal flex meter", Absent},
     {kAnalogInd, "TKxFlexVMeter", "Vertical flex meter", Absent},
     {kAnalogInd, "TKx120Meter", "120\u00b0 round meter with needle, scale, sectors and limits",

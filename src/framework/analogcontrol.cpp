@@ -572,6 +572,13 @@ void TKxAnalogGControl::SetHint() {
         SetHintTexts(text, kValueLabel % valueText_ % QLatin1Char(' ') % unit % h.tailTip);
 }
 
+int32_t TKxAnalogGControl::PointerPosition() const {
+    const TSignalSettings& sig = *signalSettings_;
+    if (sig.TotalDigit() == 0) return ppt_;
+    const double pos = 1000.0 / sig.TotalDigit() * (double(digit_) - sig.DigitalFrom());
+    return std::clamp(Round(pos), -30, 1030);
+}
+
 TKxAnalogGControl::TNameSizes TKxAnalogGControl::MeasureNames(TCanvas& canvas) const {
     canvas.SetFont(*font_);
     const TSignalSettings& sig = *signalSettings_;

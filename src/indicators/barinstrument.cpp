@@ -6,6 +6,7 @@
 #include "kx/blink/flashtimer.h"
 #include "kx/drawing/shapes.h"
 #include "kx/drawing/text.h"
+#include "kx/framework/valuebox.h"
 #include "kx/host/numeric.h"
 #include "kx/indicators/bar.h"
 
@@ -159,23 +160,12 @@ void TKxBarInstrument::CalcSize() {
 }
 
 int32_t TKxBarInstrument::paintValueBox(const TRect& r) {
-    TCanvas& c = Canvas();
-    const int32_t e = Div(text_.valueH, 6);
-    const int32_t vb = bevelValue_->TotalWidth();
-    const int64_t left =
-        int64_t(r.Left) + Div(Saturate(int64_t(r.Width()) - text_.valueW - text_.unitW - e), 2) - e;
-    TRect box{Saturate(left), r.Top, Saturate(left + text_.valueW + 2 * int64_t(vb) + 2 * e),
-              Saturate(int64_t(r.Top) + text_.valueH + 2 * int64_t(vb))};
-    const int32_t bottom = box.Bottom;
-    bevelValue_->PaintFilledBevel(c, box);
-    c.SetFont(*fontValue_);
-    c.Font().SetColor(Font()->Color());
-    c.Brush().SetStyle(bsClear);
-    if (HasOption(opUnit))
-        c.TextOut(Saturate(int64_t(box.Right) + e), box.Top, SignalSettings()->ValueUnit());
-    valueBox_ = TRect{Saturate(int64_t(box.Left) + e), box.Top, Saturate(int64_t(box.Right) - e),
-                      box.Bottom};
-    return Saturate(int64_t(bottom) + bevelInner_->Spacing());
+    const TKxValueBox box =
+        KxPaintValueBox(Canvas(), r, *bevelValue_, *fontValue_, Font()->Color(),
+                        HasOption(opUnit) ? SignalSettings()->ValueUnit() : QString(), text_.valueW,
+                        text_.unitW, text_.valueH, Div(text_.valueH, 6));
+    valueBox_ = box.Number;
+    return Saturate(int64_t(box.Frame.Bottom) + bevelInner_->Spacing());
 }
 
 void TKxBarInstrument::Paint() {

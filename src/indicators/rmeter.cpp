@@ -494,10 +494,7 @@ bool TKxRMeter::SectorArc(int32_t from, int32_t to, int32_t startAngle, int32_t 
 }
 
 int32_t TKxRMeter::NeedlePosition() const {
-    const TSignalSettings& sig = *SignalSettings();
-    if (sig.TotalDigit() == 0) return PPT();
-    const double pos = 1000.0 / sig.TotalDigit() * (double(Digit()) - sig.DigitalFrom());
-    return std::clamp(Round(pos), -30, 1030);
+    return PointerPosition();
 }
 
 void TKxRMeter::DrawRSector(TCanvas& canvas, const TRect& r2) {

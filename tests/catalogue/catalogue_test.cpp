@@ -27,6 +27,7 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
     for (const TKxCatalogueEntry& e : KxCatalogue())
         all << e.Page + '/' + e.ClassName;
     EXPECT_EQ(all, (QStringList{"KxAnalogInd/TKxBar", "KxAnalogInd/TKxVBar", "KxAnalogInd/TKxHBar",
+                                "KxAnalogInd/TKxVMeter", "KxAnalogInd/TKxHMeter",
                                 "KxAnalogInd/TKx120Meter", "KxAnalogInd/TKx180Meter",
                                 "KxAnalogInd/TKx270Meter"}));
 
@@ -36,7 +37,8 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
     } pages[] = {
         {"KxMisc", {}},
         {"KxAnalogInd",
-         {"TKxBar", "TKxVBar", "TKxHBar", "TKx120Meter", "TKx180Meter", "TKx270Meter"}},
+         {"TKxBar", "TKxVBar", "TKxHBar", "TKxVMeter", "TKxHMeter", "TKx120Meter", "TKx180Meter",
+          "TKx270Meter"}},
         {"KxAnalogAdj", {}},
         {"KxBinary", {}},
         {"NoSuchPage", {}},

@@ -8,6 +8,7 @@
 #include <limits>
 #include <memory>
 
+#include "common/ratio.h"
 #include "kx/blink/flashtimer.h"
 #include "kx/host/recordingcanvas.h"
 #include "kx/indicators/bar.h"
@@ -653,26 +654,11 @@ TEST_F(BarTest, UprightBarOfNoThicknessKeepsItsIndent) {
 
 // --- high-DPI ----------------------------------------------------------------------------
 
-template <class T>
-class AtRatio : public T {
-  public:
-    explicit AtRatio(double r) : ratio(r) {}
-    double ratio;
-
-  protected:
-    int metric(QPaintDevice::PaintDeviceMetric m) const override {
-        if (m == QPaintDevice::PdmDevicePixelRatioScaled)
-            return int(ratio * QPaintDevice::devicePixelRatioFScale());
-        if (m == QPaintDevice::PdmDevicePixelRatio) return int(std::ceil(ratio));
-        return T::metric(m);
-    }
-};
-
 // A reading composes the bar, markers and number off-screen; at any ratio that must give
 // the very pixels of a full repaint at the same reading.
 template <class T>
 void expectReadingsMatchFullPaints(double ratio) {
-    AtRatio<T> c(ratio);
+    test::AtRatio<T> c(ratio);
     c.Loaded();
     c.PaintToSurface();
     EXPECT_EQ(c.SurfaceRatio(), ratio);

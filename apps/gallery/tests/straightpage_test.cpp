@@ -9,9 +9,9 @@
 namespace kxgallery {
 namespace {
 
-TEST(StraightPage, ShowsEachBarInItsCardAndFeedsItTheProcess) {
+TEST(StraightPage, ShowsEachInstrumentInItsCardAndFeedsItTheProcess) {
     StraightPage page(0.0);
-    ASSERT_GE(page.InstrumentCount(), 9);
+    ASSERT_GE(page.InstrumentCount(), 13);
     EXPECT_EQ(page.PaletteName(), QStringLiteral("KxAnalogInd"));
     EXPECT_EQ(page.SectionSlug(), QStringLiteral("-straight"));
     std::set<QString> classes;
@@ -20,7 +20,8 @@ TEST(StraightPage, ShowsEachBarInItsCardAndFeedsItTheProcess) {
         EXPECT_EQ(page.Card(i)->Meter(), page.Instrument(i));
         EXPECT_TRUE(page.Instrument(i)->IsLoaded());
     }
-    EXPECT_EQ(classes, (std::set<QString>{"kx::TKxBar", "kx::TKxHBar", "kx::TKxVBar"}));
+    EXPECT_EQ(classes, (std::set<QString>{"kx::TKxBar", "kx::TKxHBar", "kx::TKxVBar",
+                                          "kx::TKxHMeter", "kx::TKxVMeter"}));
     // Over a simulated minute every reading moves and some leave their range.
     std::vector<float> first;
     for (int i = 0; i < page.InstrumentCount(); ++i)

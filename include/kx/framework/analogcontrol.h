@@ -158,6 +158,10 @@ class TKxAnalogGControl : public TKxGraphicControl {
     bool InSector1() const { return inSector1_; }
     bool InSector2() const { return inSector2_; }
     bool InSector3() const { return inSector3_; }
+    // The reading's per-mille position without the clamp of PPT, held by stops at -30 and
+    // 1030 (where pointers and needles show a reading beyond the range); PPT when the
+    // digit span is empty.
+    int32_t PointerPosition() const;
     // The colour of the last sector that held the reading (black before any did).
     TColor SectorColor() const { return sectorColor_; }
     // Value in ValueFormat and Digit in decimal; empty until the first evaluation.
