@@ -654,6 +654,89 @@ TEST_F(BarTest, UprightBarOfNoThicknessKeepsItsIndent) {
 
 // --- high-DPI ----------------------------------------------------------------------------
 
+TEST_F(BarTest, BidirectionalInstrumentBarGrowsFromZero) {
+    TKxHBar h;
+    h.BarSettings()->SetOptions(TBarSettings::BarOption(TBarSettings::opBidir));
+    h.SignalSettings()->SetValueFrom(-50.0f);
+    h.SignalSettings()->SetValueTo(50.0f);
+    h.Loaded();
+    h.PaintToSurface();
+    EXPECT_EQ(h.BarSettings()->BidirOrigin, 500);
+    h.SetValue(-25.0f);
+    const TRect r = h.BarSettings()->BarRect;
+    const int32_t y = (r.Top + r.Bottom) / 2;
+    EXPECT_EQ(h.Surface().Pixel(r.Left + r.Width() / 2 - 2, y), clLime);
+    EXPECT_EQ(h.Surface().Pixel(r.Left + 2, y), clBlack);
+}
+
+TEST_F(BarTest, UnitStandsOnAClearBackground) {
+    TKxHBar h;
+    h.SignalSettings()->SetValueUnit(QStringLiteral("mmmm"));
+    h.Loaded();
+    h.PaintToSurface();
+    // The unit's cell right of the value box: ink on the transparent surface, not a
+    // filled cell.
+    const TRect box = h.ValueBox();
+    int ink = 0, all = 0;
+    for (int32_t y = box.Top; y < box.Bottom; ++y)
+        for (int32_t x = box.Right + 6; x < box.Right + 30; ++x, ++all)
+            ink += qAlpha(h.Surface().Image().pixel(x, y)) == 255;
+    EXPECT_LT(ink, all * 8 / 10);
+    EXPECT_GT(ink, 0);
+}
+
+TEST_F(BarTest, NewExtremesDoNotRelayOutTheBar) {
+    TKxHBar h;
+    h.Loaded();
+    h.PaintToSurface();
+    h.SetRedrawNeeded(false);
+    h.SetValue(20.0f);
+    h.SetValue(80.0f);
+    EXPECT_FALSE(h.RedrawNeeded());
+    h.MinMax()->SetMaxVisible(false);  // still one marker: no new room
+    EXPECT_FALSE(h.RedrawNeeded());
+    h.MinMax()->SetMinVisible(false);
+    EXPECT_TRUE(h.RedrawNeeded());
+}
+
+TEST_F(BarTest, BevelsAndNamesSetTheWidthOfNarrowBars) {
+    const struct {
+        bool upright;
+        TKxBarInstrument::THBarOptions options;
+        int32_t name1;  // characters
+        int32_t width;
+    } cases[] = {
+        // Both bevels (16 + 6) and the inner bevel once more: 28, more than 1 + 16.
+        {false, O(Opt::opBevelOuter) | O(Opt::opBevelInner), 0, 28},
+        // The name inside both bevels: 16 + 16 + 10 x 7.
+        {true, O(Opt::opBevelOuter) | O(Opt::opBevelInner) | O(Opt::opName1), 10, 102},
+    };
+    for (const auto& c : cases) {
+        auto bar = makeBar(c.upright);
+        TRecordingCanvas rec;
+        rec.CharWidth = 7;
+        rec.LineHeight = 14;
+        bar->SetCanvas(&rec);
+        bar->BarSettings()->SetminWidth(1);
+        bar->BarSettings()->SetminHeight(1);
+        bar->MinMax()->SetMinVisible(false);
+        bar->MinMax()->SetMaxVisible(false);
+        bar->SignalSettings()->SetName1(QString(c.name1, QChar('n')));
+        bar->SetOptions(c.options);
+        bar->CalcSize();
+        EXPECT_EQ(bar->width(), c.width) << c.upright;
+        bar->SetCanvas(nullptr);
+    }
+}
+
+TEST_F(BarTest, UprightMarkerStripGeometry) {
+    TKxVBar v;
+    v.Loaded();
+    v.PaintToSurface();
+    const TRect f = v.BarFrame();
+    EXPECT_EQ(v.MarkerStrip(), (TRect{f.Right, f.Top - 6, f.Right + 11, f.Bottom + 6}));
+}
+
 // A reading composes the bar, markers and number off-screen; at any ratio that must give
 // the very pixels of a full repaint at the same reading.
 template <class T>
