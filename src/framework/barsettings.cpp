@@ -33,7 +33,6 @@ TBarSettings::TBarSettings(QObject* parent)
     bevel_->SetSpacing(0);
     bevel_->SetBevelLine(blNone);
     bevel_->SetWidth(1);
-    bevel_->SetColor(clBtnFace);
     hookOwned();
 }
 

@@ -85,6 +85,10 @@ TEST(BarSettings, HorizontalGeometryOfEachStyle) {
         const auto r = run(p.row(c.width, 12), kBar);
         EXPECT_EQ(r.first, c.from);
         EXPECT_EQ(r.second, c.to);
+        if (r.first >= 0) {  // the whole height, first and last row included
+            EXPECT_EQ(p.at(r.first, 0), kBar);
+            EXPECT_EQ(p.at(r.first, 11), kBar);
+        }
         EXPECT_EQ(s.BarWidth, c.width);
         EXPECT_EQ(s.BarHeight, 12);
         // Only the bar rectangle is touched.
@@ -192,11 +196,32 @@ TEST(BarSettings, LedColoursAtAndBeyondTheValue) {
     EXPECT_EQ(p.canvas.Pixel(5 + 41, 9), clWhite);
 }
 
+// The last segment stands for 1000 and shows (dimmed) where the bar is long enough.
+TEST(BarSettings, LastLedSegmentShowsDimmedWhereItFits) {
+    TBarSettings s;
+    s.SetStyle(bsLED_Bar);
+    s.SetBkAuto(true);
+    s.SetBkBrightness(50.0f);
+    Painted p(s, 43, 6, 500);  // n = 10: segment 10 at 41..43, cut at 43
+    EXPECT_EQ(p.at(41, 3), KxSetBrightness(s.SectorSettings->Sector3Color(), 50.0f));
+}
+
+// Bands paint with a solid brush whatever the canvas had.
+TEST(BarSettings, SectorBandsIgnoreAClearBrush) {
+    TBarSettings s;
+    TSectorSettings sec;
+    TBitmap b(100, 10);
+    b.Canvas().Brush().SetStyle(bsClear);
+    s.DrawSector(b.Canvas(), TRect{0, 0, 100, 10}, 0, sec, false);
+    EXPECT_EQ(b.Pixel(10, 5), sec.Sector1Color());
+}
+
 TEST(BarSettings, MultiColourShowsTheSectorsUpToTheValue) {
     TBarSettings s;
     s.SetStyle(bsMultiColor);
     const TSectorSettings& sec = *s.SectorSettings;  // 0..333, 334..666, 667..1000
     Painted p(s, 300, 10, 800);
+    EXPECT_EQ(p.at(0, 5), sec.Sector1Color());
     EXPECT_EQ(p.at(50, 5), sec.Sector1Color());
     EXPECT_EQ(p.at(150, 5), sec.Sector2Color());
     EXPECT_EQ(p.at(230, 5), sec.Sector3Color());
@@ -330,6 +355,13 @@ TEST(BarSettings, TextThatJustFitsIsDrawnCentred) {
         for (int32_t x = 0; x < w; ++x)
             if (exact.at(x, y) != kBk) top = std::min(top, y), bottom = std::max(bottom, y);
     EXPECT_NEAR((top + bottom) / 2.0, 30.0, 4.0);
+    int32_t left = w, right = -1;
+    for (int32_t y = 0; y < 60; ++y)
+        for (int32_t x = 0; x < w; ++x)
+            if (exact.at(x, y) != kBk) left = std::min(left, x), right = std::max(right, x);
+    EXPECT_NEAR((left + right) / 2.0, w / 2.0, 3.0);
+    // The text bitmap is cleared everywhere: the first row and column keep the bar.
+    EXPECT_EQ(exact.at(0, 0), kBk);
 }
 
 TEST(BarSettings, NothingIsDrawnForAnEmptyRectangle) {
