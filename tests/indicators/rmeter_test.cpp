@@ -911,5 +911,35 @@ TEST_F(RMeterTest, MarksStandAtTheRimAtTheirReadings) {
     }
 }
 
+// An auto-sized meter follows a change of height alone (its width stays).
+TEST_F(RMeterTest, AutoSizeFollowsAHeightChangeAlone) {
+    MeterPaint m(Kx270Meter, nullptr);
+    const int32_t w = m.meter->width(), h = m.meter->height();
+    m.meter->SetOptions(kAllRMeterOptions & ~RMeterOption(opName2));
+    m.meter->CalcSize();
+    EXPECT_EQ(m.meter->width(), w);
+    EXPECT_EQ(m.meter->height(), h - 14);
+}
+
+// A fixed size too small for any ring draws no scale at all, not a speck of one.
+TEST_F(RMeterTest, NoRoomForARingDrawsNoScale) {
+    MeterPaint m(Kx270Meter, [](TKxRMeter& mt) { fixedSize(mt, 60, 60); });
+    EXPECT_TRUE(m.labels().empty());
+    EXPECT_TRUE(m.rec.CallsOf("LineTo").empty());
+}
+
+// Marks that move with every new extreme leave no trace behind.
+TEST_F(PaintedMeter, MovingMarksLeaveNoTrace) {
+    meter.SetLimitUpper(200.0f);
+    meter.SetLimitLower(-200.0f);
+    for (const float v : {60.0f, 50.0f, 40.0f, 30.0f, 70.0f, 80.0f, 90.0f}) {
+        meter.SetValue(v);
+        const QImage composed = meter.Surface().Image().copy();
+        meter.Invalidate();
+        meter.PaintToSurface();
+        EXPECT_TRUE(composed == meter.Surface().Image()) << v;
+    }
+}
+
 }  // namespace
 }  // namespace kx
