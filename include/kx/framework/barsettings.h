@@ -65,7 +65,8 @@ class TBarSettings : public TKxPersistent {
     Q_PROPERTY(int minHeight READ minHeight WRITE SetminHeight)
     Q_PROPERTY(int minWidth READ minWidth WRITE SetminWidth)
   public:
-    enum TBarStyle { bsBar, bsLED_Bar, bsPoint, bsMultiColor };
+    // A fixed underlying type: any int converts to it without undefined behaviour.
+    enum TBarStyle : int32_t { bsBar, bsLED_Bar, bsPoint, bsMultiColor };
     Q_ENUM(TBarStyle)
     // Class-scoped: other instruments have options of these names with other bits.
     enum TBarOption { opValue, opUnit, opUseSectorCol, opBidir };

@@ -1,0 +1,146 @@
+// Canvas behaviour at its edges: degenerate polygons, the first row and column, text
+// after copies and rotations, copies under a clip, other image formats, and curves at a
+// device pixel ratio moved across the surface.
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <functional>
+
+#include "kx/host/bitmap.h"
+
+namespace kx {
+namespace {
+
+TEST(CanvasEdges, TwoPointPolygonDrawsItsSegment) {
+    TBitmap b(20, 20);
+    TCanvas& c = b.Canvas();
+    c.Pen().SetColor(clBlack);
+    const TPoint pts[] = {{2, 5}, {12, 5}};
+    c.Polygon(pts);
+    EXPECT_EQ(b.Pixel(2, 5), clBlack);
+    EXPECT_EQ(b.Pixel(7, 5), clBlack);
+    EXPECT_EQ(b.Pixel(7, 6), clWhite);
+}
+
+TEST(CanvasEdges, PolygonFillReachesTheFirstRowAndColumn) {
+    TBitmap b(20, 20);
+    TCanvas& c = b.Canvas();
+    c.Pen().SetStyle(psClear);
+    c.Brush().SetColor(clRed);
+    const TPoint pts[] = {{-5, -5}, {15, -5}, {15, 15}, {-5, 15}};
+    c.Polygon(pts);
+    EXPECT_EQ(b.Pixel(0, 0), clRed);
+    EXPECT_EQ(b.Pixel(10, 0), clRed);
+    EXPECT_EQ(b.Pixel(0, 10), clRed);
+    EXPECT_EQ(b.Pixel(15, 10), clWhite);
+}
+
+// Text is blended over what lies beneath even right after a bitmap copy: every pixel
+// stays opaque.
+TEST(CanvasEdges, TextAfterACopyBlendsOverTheBackground) {
+    TBitmap b(80, 30), small(4, 4);
+    TCanvas& c = b.Canvas();
+    c.Brush().SetColor(clYellow);
+    c.FillRect(TRect{0, 0, 80, 30});
+    c.Draw(70, 20, small);
+    c.Brush().SetStyle(bsClear);
+    c.Font().SetSize(14);
+    c.TextOut(2, 2, QStringLiteral("Wg8"));
+    int ink = 0;
+    for (int y = 0; y < 30; ++y)
+        for (int x = 0; x < 80; ++x) {
+            EXPECT_EQ(qAlpha(b.Image().pixel(x, y)), 255) << x << "," << y;
+            ink += b.Pixel(x, y) != clYellow && b.Pixel(x, y) != clWhite;
+        }
+    EXPECT_GT(ink, 20);
+}
+
+// A turned text leaves the canvas unturned for the next plain text.
+TEST(CanvasEdges, RotatedTextDoesNotTurnTheNextText) {
+    TBitmap plain(120, 60), after(120, 60);
+    plain.Canvas().TextOut(10, 30, QStringLiteral("Flow"));
+    TCanvas& c = after.Canvas();
+    c.Font().SetOrientation(900);
+    c.TextOut(80, 50, QStringLiteral("x"));
+    c.Font().SetOrientation(0);
+    c.TextOut(10, 30, QStringLiteral("Flow"));
+    // The plain text's area, left of the turned one, is the same as on a fresh canvas.
+    for (int y = 0; y < 60; ++y)
+        for (int x = 0; x < 60; ++x)
+            EXPECT_EQ(after.Pixel(x, y), plain.Pixel(x, y)) << x << "," << y;
+}
+
+TEST(CanvasEdges, CopiesKeepToTheClipRegion) {
+    TBitmap b(40, 40), red(40, 40);
+    red.Canvas().Brush().SetColor(clRed);
+    red.Canvas().FillRect(TRect{0, 0, 40, 40});
+    TCanvas& c = b.Canvas();
+    c.SetClipRegion(QRegion(10, 10, 10, 10));
+    c.Draw(0, 0, red);
+    c.CopyRect(TRect{0, 0, 40, 40}, red.Canvas(), TRect{0, 0, 40, 40});
+    EXPECT_EQ(b.Pixel(15, 15), clRed);
+    EXPECT_EQ(b.Pixel(5, 5), clWhite);
+    EXPECT_EQ(b.Pixel(25, 25), clWhite);
+}
+
+// A canvas on an image of another format draws the same colours.
+TEST(CanvasEdges, OtherImageFormatsGetTheSameColours) {
+    for (QImage::Format f : {QImage::Format_RGB888, QImage::Format_RGB16, QImage::Format_ARGB32}) {
+        SCOPED_TRACE(int(f));
+        QImage img(20, 20, f);
+        img.fill(Qt::white);
+        TCanvas c(&img);
+        c.Pen().SetColor(clBlack);
+        c.MoveTo(2, 5);
+        c.LineTo(12, 5);
+        c.Pen().SetStyle(psClear);
+        c.Brush().SetColor(clBlue);
+        c.Rectangle(2, 8, 12, 14);
+        c.Release();
+        EXPECT_EQ(img.pixelColor(5, 5), QColor(Qt::black));
+        EXPECT_EQ(img.pixelColor(5, 10), QColor(Qt::blue));
+        EXPECT_EQ(img.pixelColor(5, 15), QColor(Qt::white));
+        EXPECT_EQ(img.pixelColor(12, 5), QColor(Qt::white));
+    }
+}
+
+// At a device pixel ratio, a curve moved by whole logical pixels moves by whole device
+// pixels and keeps its shape, at the surface's edges too.
+TEST(CanvasEdges, ScaledCurvesMoveWithoutChangingShape) {
+    using Draw = std::function<void(TCanvas&, int, int)>;
+    const std::pair<const char*, Draw> shapes[] = {
+        {"ellipse", [](TCanvas& c, int x, int y) { c.Ellipse(x, y, x + 17, y + 11); }},
+        {"arc", [](TCanvas& c, int x, int y) { c.Arc(x, y, x + 17, y + 13, x + 17, y, x, y); }},
+        {"pie",
+         [](TCanvas& c, int x, int y) { c.Pie(x, y, x + 15, y + 15, x + 15, y + 3, x, y + 15); }},
+        {"roundrect", [](TCanvas& c, int x, int y) { c.RoundRect(x, y, x + 16, y + 12, 8, 6); }},
+    };
+    for (const auto& [name, draw] : shapes) {
+        SCOPED_TRACE(name);
+        TBitmap a, b;
+        for (TBitmap* bmp : {&a, &b}) {
+            bmp->SetDeviceGrid(2.0);
+            bmp->SetSize(40, 40);
+            bmp->Canvas().Pen().SetColor(clBlack);
+            bmp->Canvas().Brush().SetColor(clRed);
+        }
+        draw(a.Canvas(), 3, 2);
+        draw(b.Canvas(), 3 + 10, 2 + 20);
+        for (int y = 0; y < 30; ++y)
+            for (int x = 0; x < 40; ++x)
+                ASSERT_EQ(a.Image().pixel(x, y), b.Image().pixel(x + 20, y + 40)) << x << "," << y;
+        // Cut by the left edge: the part on the surface is the same part of the shape.
+        TBitmap cut;
+        cut.SetDeviceGrid(2.0);
+        cut.SetSize(40, 40);
+        cut.Canvas().Pen().SetColor(clBlack);
+        cut.Canvas().Brush().SetColor(clRed);
+        draw(cut.Canvas(), -2, 2);
+        for (int y = 0; y < 30; ++y)
+            for (int x = 0; x < 20; ++x)
+                ASSERT_EQ(cut.Image().pixel(x, y), a.Image().pixel(x + 10, y)) << x << "," << y;
+    }
+}
+
+}  // namespace
+}  // namespace kx
