@@ -231,8 +231,7 @@ void TKxLinearMeter::DrawPointer(TCanvas& canvas) {
         markers_[i] = TPoint{WrapAdd(m[i].X, at.X), WrapAdd(m[i].Y, at.Y)};
     canvas.SetCopyMode(cmSrcCopy);
     for (size_t i = 0; i < count; ++i)
-        if (dirty[i].Width() > 0 && dirty[i].Height() > 0)
-            canvas.CopyRect(shifted(dirty[i], at), w, dirty[i]);
+        canvas.CopyRect(shifted(dirty[i], at), w, dirty[i]);  // an empty one copies nothing
 }
 
 void TKxLinearMeter::ValueChange() {

@@ -125,6 +125,7 @@ TEST_F(LinearMeterTest, Defaults) {
     EXPECT_EQ(v.BevelValue()->Width(), 2);
     for (TKxLinearMeter* m : {static_cast<TKxLinearMeter*>(&h), static_cast<TKxLinearMeter*>(&v)}) {
         EXPECT_EQ(m->BevelInner()->Spacing(), 5);
+        EXPECT_EQ(m->BevelInner()->Width(), 2);
         EXPECT_EQ(m->BevelInner()->BevelLine(), blInner);
         EXPECT_EQ(m->BevelOuter()->BevelLine(), blOuter);
         EXPECT_EQ(m->BevelOuter()->Width(), 2);
@@ -298,7 +299,11 @@ TEST_F(LinearMeterTest, UprightValueBoxShowsTheReading) {
     ASSERT_GT(box.Width(), 0);
     const QImage a = v.Surface().Image().copy();
     v.SetValue(88.5f);
-    EXPECT_NE(a, v.Surface().Image());
+    int changed = 0;
+    for (int32_t y = box.Top; y < box.Bottom; ++y)
+        for (int32_t x = box.Left; x < box.Right; ++x)
+            changed += a.pixel(x, y) != v.Surface().Image().pixel(x, y);
+    EXPECT_GT(changed, 10);
     v.SetOptions(TKxVMeter::kAllVMeterOptions & ~V(TKxVMeter::opValue));
     v.PaintToSurface();
     EXPECT_EQ(v.ValueBox().Width(), 0);
@@ -459,6 +464,107 @@ TEST_F(LinearMeterTest, SettingsSettersCopyAndIgnoreNull) {
     f.SetSize(17);
     h.SetFontUnit(&f);
     EXPECT_EQ(h.FontUnit()->Size(), 17);
+}
+
+// --- layout details --------------------------------------------------------------------------
+
+struct Recorded {
+    std::unique_ptr<TKxLinearMeter> meter;
+    TRecordingCanvas rec;
+    Recorded(bool upright, const std::function<void(TKxLinearMeter&)>& setup)
+        : meter(makeMeter(upright)) {
+        rec.CharWidth = 7;
+        rec.LineHeight = 14;
+        meter->SetCanvas(&rec);
+        if (setup) setup(*meter);
+        meter->Loaded();
+        meter->PaintToSurface();
+    }
+    ~Recorded() { meter->SetCanvas(nullptr); }
+    TCanvasCall text(const QString& t) const {
+        for (const TCanvasCall& c : rec.CallsOf(QStringLiteral("TextOut")))
+            if (c.Text == t) return c;
+        return {};
+    }
+};
+
+TEST_F(LinearMeterTest, NamesSitHalfTheOuterSpacingLow) {
+    for (bool upright : {false, true}) {
+        Recorded r(upright, nullptr);
+        const int32_t h = r.meter->height();
+        // Inside the outer bevel (8) the names take the last 28 rows; t = 5 div 2.
+        EXPECT_EQ(r.text(QStringLiteral("SignalName2")).Args.at(1), h - 8 - 14 + 2) << upright;
+        EXPECT_EQ(r.text(QStringLiteral("SignalName1")).Args.at(1), h - 8 - 28 + 2) << upright;
+    }
+}
+
+TEST_F(LinearMeterTest, UnitLinePushesTheScaleDown) {
+    Recorded r(false,
+               [](TKxLinearMeter& m) { m.SetOptions(TKxHMeter::HMeterOption(TKxHMeter::opUnit)); });
+    // Round(14 / 1.8) + 10 div 2 + 1 below the top.
+    EXPECT_EQ(r.meter->ScaleRect().Top, 8 + 5 + 1);
+    EXPECT_EQ(r.meter->PointerStrip().Top, 14 - 5 + 1);
+}
+
+TEST_F(LinearMeterTest, UprightScaleStartsBelowTheValueBox) {
+    Recorded r(true, [](TKxLinearMeter& m) {
+        m.SetOptions(V(TKxVMeter::opValue) | V(TKxVMeter::opBevelOuter));
+    });
+    auto* v = static_cast<TKxVMeter*>(r.meter.get());
+    // The box's bevel (2) and the outer bevel's spacing (5) below the number.
+    EXPECT_EQ(v->PointerArea().Top, v->ValueBox().Bottom + 2 + 5);
+}
+
+TEST_F(LinearMeterTest, UprightStripWithLabelsLeft) {
+    Recorded r(true, [](TKxLinearMeter& m) { m.ScaleSettings()->SetPosLeftTop(true); });
+    const TRect s = r.meter->PointerStrip(), sc = r.meter->ScaleRect();
+    const int32_t half = r.meter->ScaleSettings()->StepLength / 2;
+    EXPECT_EQ(s.Bottom, sc.Bottom + half + 1);
+    EXPECT_EQ(s.Top, sc.Top - half);
+    EXPECT_EQ(s.Left, sc.Right - half);
+}
+
+TEST_F(LinearMeterTest, AutoSizeFollowsAHeightChangeAlone) {
+    for (bool upright : {false, true}) {
+        Recorded r(upright, [](TKxLinearMeter& m) {
+            m.SignalSettings()->SetName1(QStringLiteral("x"));
+            m.SetOptions(0);
+        });
+        const int32_t w = r.meter->width(), h = r.meter->height();
+        r.meter->SetOptions(upright ? V(TKxVMeter::opName1) : H(TKxHMeter::opName1));
+        r.meter->CalcSize();
+        EXPECT_EQ(r.meter->width(), w) << upright;
+        EXPECT_EQ(r.meter->height(), h + 14) << upright;
+    }
+}
+
+TEST_F(LinearMeterTest, AnAreaUnderTwoPixelsEitherWayIsTooSmall) {
+    const struct {
+        bool upright;
+        int32_t w, h;
+        bool small;
+    } cases[] = {{false, 300, 1, true}, {false, 1, 300, true}, {false, 300, 80, false},
+                 {true, 300, 8, true},  {true, 1, 400, true},  {true, 120, 400, false}};
+    for (const auto& c : cases) {
+        auto m = makeMeter(c.upright);
+        m->SetOptions(0);
+        m->SetKxAutoSize(false);
+        m->SetBounds(0, 0, c.w, c.h);
+        m->Loaded();
+        m->PaintToSurface();
+        EXPECT_EQ(m->TooSmall(), c.small) << c.upright << " " << c.w << "x" << c.h;
+    }
+}
+
+TEST_F(LinearMeterTest, BandHeightIsAtLeastOnePixel) {
+    TKxHMeter h;
+    h.Loaded();
+    h.PaintToSurface();
+    EXPECT_EQ(h.BandHeight(), h.ScaleSettings()->SubStepLength);
+    h.SectorSettings()->SetWidthOffset(2);
+    EXPECT_EQ(h.BandHeight(), h.ScaleSettings()->SubStepLength + 2);
+    h.SectorSettings()->SetWidthOffset(-100);
+    EXPECT_EQ(h.BandHeight(), 1);
 }
 
 // --- high-DPI --------------------------------------------------------------------------------
