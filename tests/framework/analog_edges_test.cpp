@@ -90,17 +90,17 @@ TEST(AnalogEdges, NamesUseArialEight) {
 // errors by the sanitizer run).
 TEST(AnalogEdges, SectorHandlerMayDeleteTheControl) {
     for (int leave = 0; leave < 2; ++leave) {
-        auto* p = new AnalogProbe;
-        p->LoadQuiet();
-        p->SetValue(10.0f);  // sector 1
-        QPointer<AnalogProbe> alive(p);
+        auto* c = new TKxAnalogGControl;
+        c->Loaded();
+        c->SetValue(10.0f);  // sector 1
+        QPointer<TKxAnalogGControl> alive(c);
         int calls = 0;
-        QObject::connect(p, &TKxAnalogGControl::OnSectorChange,
+        QObject::connect(c, &TKxAnalogGControl::OnSectorChange,
                          [&](QObject*, bool, bool, bool, bool enter) {
                              ++calls;
                              if (enter == bool(leave)) delete alive.data();
                          });
-        p->SetValue(50.0f);  // leaves sector 1, enters sector 2
+        c->SetValue(50.0f);  // leaves sector 1, enters sector 2
         EXPECT_TRUE(alive.isNull());
         EXPECT_EQ(calls, leave ? 2 : 1);
         delete alive.data();
