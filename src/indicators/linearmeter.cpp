@@ -55,12 +55,11 @@ std::array<TSector, 3> sectorsOf(const TSectorSettings& s) {
              {s.Sector3From(), s.Sector3To(), s.Sector3Color()}}};
 }
 
+// Spacing 5 is the bevels' own default.
 void setDefaultBevels(TKxSBevel& inner, TKxSBevel& outer) {
     inner.SetStyle(bsLowered);
-    inner.SetSpacing(5);
     inner.SetWidth(2);
     inner.SetBevelLine(blInner);
-    outer.SetSpacing(5);
     outer.SetWidth(2);
     outer.SetBevelLine(blOuter);
 }
@@ -132,8 +131,7 @@ void TKxLinearMeter::ParamChange(QObject* sender) {
 
 void TKxLinearMeter::LogScaleChanged() {
     scaleSettings_->LogScale = LogScale();
-    requestRepaint();
-    TKxAnalogGControl::LogScaleChanged();
+    TKxAnalogGControl::LogScaleChanged();  // a settings pass: ParamChange repaints
 }
 
 int32_t TKxLinearMeter::BandHeight() const {
@@ -203,8 +201,7 @@ void TKxLinearMeter::DrawPointer(TCanvas& canvas) {
     w.SetCopyMode(cmSrcCopy);
     for (size_t i = 0; i < count; ++i) {
         KxRectIntersection(dirty[i], whole, dirty[i]);
-        if (dirty[i].Width() > 0 && dirty[i].Height() > 0)
-            w.CopyRect(dirty[i], background_.Canvas(), dirty[i]);
+        w.CopyRect(dirty[i], background_.Canvas(), dirty[i]);  // an empty one copies nothing
     }
     w.Pen().SetMode(pmCopy);
     w.Pen().SetStyle(psSolid);

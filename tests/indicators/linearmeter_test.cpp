@@ -114,6 +114,7 @@ TEST_F(LinearMeterTest, Defaults) {
     EXPECT_EQ(h.height(), 118);
     EXPECT_EQ(h.Options(), TKxHMeter::kAllHMeterOptions);
     EXPECT_EQ(h.FontUnit()->Size(), 10);
+    EXPECT_EQ(h.FontUnit()->Name(), QStringLiteral("System"));
     EXPECT_EQ(h.FontUnit()->Color(), clBlack);
     EXPECT_TRUE(h.AutoSize());
     TKxVMeter v;
@@ -121,6 +122,8 @@ TEST_F(LinearMeterTest, Defaults) {
     EXPECT_EQ(v.height(), 273);
     EXPECT_EQ(v.Options(), TKxVMeter::kAllVMeterOptions);
     EXPECT_EQ(v.FontValue()->Color(), clLime);
+    EXPECT_EQ(v.FontValue()->Name(), QStringLiteral("System"));
+    EXPECT_EQ(v.FontValue()->Size(), 10);
     EXPECT_EQ(v.BevelValue()->Color(), clBlack);
     EXPECT_EQ(v.BevelValue()->Width(), 2);
     for (TKxLinearMeter* m : {static_cast<TKxLinearMeter*>(&h), static_cast<TKxLinearMeter*>(&v)}) {
@@ -535,6 +538,35 @@ TEST_F(LinearMeterTest, AutoSizeFollowsAHeightChangeAlone) {
         r.meter->CalcSize();
         EXPECT_EQ(r.meter->width(), w) << upright;
         EXPECT_EQ(r.meter->height(), h + 14) << upright;
+    }
+}
+
+// More steps lengthen the scale: the horizontal meter widens, the upright one grows.
+TEST_F(LinearMeterTest, AutoSizeFollowsTheScaleLength) {
+    for (bool upright : {false, true}) {
+        Recorded r(upright, [](TKxLinearMeter& m) { m.SetOptions(0); });
+        const int32_t w = r.meter->width(), h = r.meter->height();
+        r.meter->ScaleSettings()->SetSteps(10);
+        r.meter->CalcSize();
+        EXPECT_EQ(r.meter->width(), upright ? w : w + 147) << upright;
+        EXPECT_EQ(r.meter->height(), upright ? h + 98 : h) << upright;
+    }
+}
+
+TEST_F(LinearMeterTest, UprightBandsLieAlongTheBaseLine) {
+    for (bool leftTop : {false, true}) {
+        Recorded r(true,
+                   [leftTop](TKxLinearMeter& m) { m.ScaleSettings()->SetPosLeftTop(leftTop); });
+        const TRect sc = r.meter->ScaleRect();
+        const int32_t band = r.meter->BandHeight();
+        int bands = 0;
+        for (const TCanvasCall& c : r.rec.CallsOf(QStringLiteral("Rectangle"))) {
+            if (c.PenStyle != psClear) continue;
+            ++bands;
+            EXPECT_EQ(c.Args[0], leftTop ? sc.Right - band + 1 : sc.Left);
+            EXPECT_EQ(c.Args[2], leftTop ? sc.Right : sc.Left + band);
+        }
+        EXPECT_EQ(bands, 3) << leftTop;
     }
 }
 
