@@ -941,5 +941,41 @@ TEST_F(PaintedMeter, MovingMarksLeaveNoTrace) {
     }
 }
 
+TEST_F(RMeterTest, LongSecondNameWidensTheMeter) {
+    TKx270Meter m;
+    TRecordingCanvas rec;
+    rec.CharWidth = 7;
+    rec.LineHeight = 14;
+    m.SetCanvas(&rec);
+    m.SignalSettings()->SetName2(QString(40, 'x'));
+    m.SetOptions(RMeterOption(opName2) | RMeterOption(opBevelOuter));
+    m.CalcSize();
+    EXPECT_EQ(m.width(), 16 + 280);
+    m.SetCanvas(nullptr);
+}
+
+// The flat meters compose their needle down to the bottom of the scale area, where the
+// pivot's caps sit; the 270-degree meter in its scale square.
+TEST_F(RMeterTest, ComposeAreaOfTheFlatMetersReachesTheAreaBottom) {
+    for (TMeterType type : {Kx120Meter, Kx180Meter, Kx270Meter}) {
+        MeterPaint p(type, nullptr);
+        if (type == Kx270Meter) {
+            EXPECT_LT(p.meter->ScaleRect().Bottom, p.meter->ScaleArea().Bottom);
+        } else {
+            EXPECT_EQ(p.meter->ScaleRect().Bottom, p.meter->ScaleArea().Bottom) << type;
+        }
+    }
+}
+
+TEST_F(PaintedMeter, TheRangeStartDoesNotBlink) {
+    meter.SetLimitLower(-10.0f);
+    meter.SetLimitUpper(200.0f);
+    meter.SetValue(0.0f);
+    EXPECT_EQ(meter.NeedlePosition(), 0);
+    EXPECT_FALSE(meter.Blinking());
+    meter.SetValue(100.0f);
+    EXPECT_FALSE(meter.Blinking());
+}
+
 }  // namespace
 }  // namespace kx
