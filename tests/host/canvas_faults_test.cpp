@@ -142,5 +142,89 @@ TEST(CanvasEdges, ScaledCurvesMoveWithoutChangingShape) {
     }
 }
 
+TEST(CanvasEdges, BlacknessAndWhitenessCopies) {
+    TBitmap b(20, 20), src(20, 20);
+    b.Canvas().Brush().SetColor(clRed);
+    b.Canvas().FillRect(TRect{0, 0, 20, 20});
+    b.Canvas().SetCopyMode(cmBlackness);
+    b.Canvas().CopyRect(TRect{0, 0, 10, 10}, src.Canvas(), TRect{0, 0, 10, 10});
+    b.Canvas().SetCopyMode(cmWhiteness);
+    b.Canvas().CopyRect(TRect{10, 10, 20, 20}, src.Canvas(), TRect{0, 0, 10, 10});
+    EXPECT_EQ(b.Pixel(5, 5), clBlack);
+    EXPECT_EQ(b.Pixel(15, 15), clWhite);
+    EXPECT_EQ(b.Pixel(15, 5), clRed);
+}
+
+// Wide pens: a width of 2 is two pixels thick; open shapes stay unfilled whatever the
+// brush; arcs are drawn.
+TEST(CanvasEdges, WidePens) {
+    TBitmap line(20, 20);
+    line.Canvas().Pen().SetWidth(2);
+    line.Canvas().MoveTo(2, 10);
+    line.Canvas().LineTo(18, 10);
+    int rows = 0;
+    for (int y = 0; y < 20; ++y)
+        rows += line.Pixel(10, y) == clBlack;
+    EXPECT_EQ(rows, 2);
+
+    TBitmap vee(40, 40);
+    TCanvas& c = vee.Canvas();
+    c.Brush().SetColor(clRed);
+    c.Pen().SetWidth(3);
+    const TPoint pts[] = {{5, 5}, {20, 35}, {35, 5}};
+    c.Polyline(pts);
+    EXPECT_EQ(vee.Pixel(20, 15), clWhite);  // inside the V
+    EXPECT_EQ(vee.Pixel(20, 34), clBlack);
+
+    TBitmap arc(40, 40);
+    arc.Canvas().Pen().SetWidth(3);
+    arc.Canvas().Arc(5, 5, 35, 35, 35, 20, 5, 20);  // the upper half
+    EXPECT_EQ(arc.Pixel(20, 5), clBlack);
+    EXPECT_EQ(arc.Pixel(20, 34), clWhite);
+}
+
+// At ratio 2 a one-pixel arc is two device pixels thick, like every outline there.
+TEST(CanvasEdges, ScaledArcIsTwoDevicePixelsThick) {
+    TBitmap b;
+    b.SetDeviceGrid(2.0);
+    b.SetSize(40, 40);
+    b.Canvas().Arc(5, 5, 35, 35, 35, 20, 5, 20);
+    int thick = 0;
+    for (int y = 0; y < 80; ++y)
+        thick += FromQRgb(b.Image().pixel(40, y)) == clBlack;
+    EXPECT_EQ(thick, 2);
+}
+
+// Bitmaps that share a grid draw a wide line to the same device pixels, whatever their
+// origin on it (fractional ratio).
+TEST(CanvasEdges, WideLinesKeepToTheSharedGrid) {
+    TBitmap whole, part;
+    whole.SetDeviceGrid(1.5);
+    whole.SetSize(60, 60);
+    part.SetDeviceGrid(1.5, TPoint{7, 9});
+    part.SetSize(40, 40);
+    for (TBitmap* b : {&whole, &part})
+        b->Canvas().Pen().SetWidth(3);
+    whole.Canvas().MoveTo(12, 21);
+    whole.Canvas().LineTo(40, 33);
+    part.Canvas().MoveTo(12 - 7, 21 - 9);
+    part.Canvas().LineTo(40 - 7, 33 - 9);
+    const int ox = whole.Canvas().DeviceX(7), oy = whole.Canvas().DeviceY(9);
+    for (int y = 0; y < part.Image().height(); ++y)
+        for (int x = 0; x < part.Image().width(); ++x)
+            ASSERT_EQ(part.Image().pixel(x, y), whole.Image().pixel(x + ox, y + oy))
+                << x << "," << y;
+}
+
+TEST(CanvasEdges, NarrowEllipsesKeepTheirFill) {
+    TBitmap b(20, 20);
+    b.Canvas().Brush().SetColor(clRed);
+    b.Canvas().Ellipse(2, 2, 5, 18);  // 3 wide: an outline and a column of fill
+    int red = 0;
+    for (int y = 0; y < 20; ++y)
+        red += b.Pixel(3, y) == clRed;
+    EXPECT_GT(red, 5);
+}
+
 }  // namespace
 }  // namespace kx
