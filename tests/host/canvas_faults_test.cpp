@@ -176,6 +176,15 @@ TEST(CanvasEdges, WidePens) {
     EXPECT_EQ(vee.Pixel(20, 15), clWhite);  // inside the V
     EXPECT_EQ(vee.Pixel(20, 34), clBlack);
 
+    TBitmap ring(40, 40);
+    ring.Canvas().Pen().SetWidth(2);
+    ring.Canvas().Brush().SetStyle(bsClear);
+    ring.Canvas().Ellipse(5, 5, 35, 35);
+    int across = 0;
+    for (int x = 0; x < 40; ++x)
+        across += ring.Pixel(x, 20) == clBlack;
+    EXPECT_EQ(across, 4);  // two pixels on each side
+
     TBitmap arc(40, 40);
     arc.Canvas().Pen().SetWidth(3);
     arc.Canvas().Arc(5, 5, 35, 35, 35, 20, 5, 20);  // the upper half
