@@ -55,12 +55,10 @@ std::array<TSector, 3> sectorsOf(const TSectorSettings& s) {
              {s.Sector3From(), s.Sector3To(), s.Sector3Color()}}};
 }
 
-// Spacing 5 is the bevels' own default.
+// Spacing 5 and width 2 are the bevels' own defaults.
 void setDefaultBevels(TKxSBevel& inner, TKxSBevel& outer) {
     inner.SetStyle(bsLowered);
-    inner.SetWidth(2);
     inner.SetBevelLine(blInner);
-    outer.SetWidth(2);
     outer.SetBevelLine(blOuter);
 }
 

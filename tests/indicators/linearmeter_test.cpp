@@ -570,6 +570,61 @@ TEST_F(LinearMeterTest, UprightBandsLieAlongTheBaseLine) {
     }
 }
 
+// An overflow alone (limits far away) starts and stops the blinking.
+TEST_F(LinearMeterTest, OverflowAloneBlinks) {
+    for (bool upright : {false, true}) {
+        auto m = makeMeter(upright);
+        m->SetLimitUpper(1e6f);
+        m->SetLimitLower(-1e6f);
+        m->Loaded();
+        m->PaintToSurface();
+        m->SetValue(130.0f);
+        EXPECT_TRUE(m->Blinking()) << upright;
+        m->SetValue(50.0f);
+        EXPECT_FALSE(m->Blinking()) << upright;
+        m->SetValue(-5.0f);
+        EXPECT_TRUE(m->Blinking()) << upright;
+        ClearFlashList();
+    }
+}
+
+TEST_F(LinearMeterTest, LabelsOnTopPutBandsAndMarkersBelowTheBaseLine) {
+    Recorded r(false, [](TKxLinearMeter& m) { m.ScaleSettings()->SetPosLeftTop(true); });
+    const TRect sc = r.meter->ScaleRect();
+    const int32_t band = r.meter->BandHeight();
+    int bands = 0;
+    for (const TCanvasCall& c : r.rec.CallsOf(QStringLiteral("Rectangle")))
+        if (c.PenStyle == psClear) {
+            ++bands;
+            EXPECT_EQ(c.Args[1], sc.Bottom - band + 2);
+            EXPECT_EQ(c.Args[3], sc.Bottom + 1);
+        }
+    EXPECT_EQ(bands, 3);
+    TKxHMeter h;
+    h.ScaleSettings()->SetPosLeftTop(true);
+    h.Loaded();
+    h.SetValue(30.0f);
+    h.PaintToSurface();
+    const auto& m = h.Markers();
+    const int32_t k = h.ScaleSettings()->StepLength / 2;
+    const int32_t my = h.PointerStrip().Top - k - 3;
+    EXPECT_EQ(m[0].Y, my);
+    EXPECT_EQ(m[2].Y, my + h.ScaleSettings()->StepLength);
+    EXPECT_EQ(m[1].X, m[0].X - k);
+}
+
+TEST_F(LinearMeterTest, UprightAutoSizeFollowsAWidthChangeAlone) {
+    Recorded r(true, [](TKxLinearMeter& m) {
+        m.SetOptions(V(TKxVMeter::opValue) | V(TKxVMeter::opUnit));
+        m.SignalSettings()->SetValueUnit(QStringLiteral("x"));
+    });
+    const int32_t w = r.meter->width(), h = r.meter->height();
+    r.meter->SignalSettings()->SetValueUnit(QString(20, QChar('x')));
+    r.meter->CalcSize();
+    EXPECT_EQ(r.meter->width(), w + 19 * 7);
+    EXPECT_EQ(r.meter->height(), h);
+}
+
 TEST_F(LinearMeterTest, AnAreaUnderTwoPixelsEitherWayIsTooSmall) {
     const struct {
         bool upright;

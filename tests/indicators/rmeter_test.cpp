@@ -977,5 +977,15 @@ TEST_F(PaintedMeter, TheRangeStartDoesNotBlink) {
     EXPECT_FALSE(meter.Blinking());
 }
 
+// Reaching the range start across the lower limit (with only overflows blinking) is no
+// overflow.
+TEST_F(PaintedMeter, CrossingTheLowerLimitAtTheRangeStartDoesNotBlink) {
+    meter.SetOptions(kAllRMeterOptions & ~RMeterOption(opLimit));
+    meter.PaintToSurface();
+    meter.SetValue(0.0f);
+    EXPECT_TRUE(meter.LowerExceeded());
+    EXPECT_FALSE(meter.Blinking());
+}
+
 }  // namespace
 }  // namespace kx
