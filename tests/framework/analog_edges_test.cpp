@@ -142,5 +142,18 @@ TEST(AnalogEdges, NameLinesAreCentredAtTheBottom) {
     EXPECT_EQ(only.Bottom, 86);
 }
 
+// Positions count from DigitalFrom, not from digit 0.
+TEST(AnalogEdges, PositionsCountFromTheDigitalStart) {
+    AnalogProbe p;
+    p.SignalSettings()->SetDigitalFrom(100);
+    p.SignalSettings()->SetDigitalTo(1100);
+    p.LoadQuiet();
+    p.SetValue(25.0f);
+    EXPECT_EQ(p.Digit(), 350);
+    EXPECT_EQ(p.PPT(), 250);
+    p.SetDigit(600);
+    EXPECT_EQ(p.PPT(), 500);
+}
+
 }  // namespace
 }  // namespace kx
