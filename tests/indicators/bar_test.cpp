@@ -737,6 +737,51 @@ TEST_F(BarTest, UprightMarkerStripGeometry) {
     EXPECT_EQ(v.MarkerStrip(), (TRect{f.Right, f.Top - 6, f.Right + 11, f.Bottom + 6}));
 }
 
+TEST_F(BarTest, InstrumentDefaultsAndCopies) {
+    TKxVBar v;
+    EXPECT_EQ(v.width(), 67);
+    EXPECT_EQ(v.height(), 165);
+    EXPECT_EQ(v.BevelValue()->Color(), clBlack);
+    TFont big;
+    big.SetSize(19);
+    v.SetFontValue(&big);
+    EXPECT_EQ(v.FontValue()->Size(), 19);
+    EXPECT_NE(v.FontValue(), &big);
+}
+
+TEST_F(BarTest, NamesAndValueBoxSetTheSizes) {
+    for (bool upright : {false, true}) {
+        SCOPED_TRACE(upright);
+        auto bar = makeBar(upright);
+        TRecordingCanvas rec;
+        rec.CharWidth = 7;
+        rec.LineHeight = 14;
+        bar->SetCanvas(&rec);
+        bar->SignalSettings()->SetName2(QStringLiteral("x"));
+        bar->SetOptions(O(Opt::opBevelOuter) | O(Opt::opValue) | O(Opt::opUnit));
+        bar->SignalSettings()->SetValueUnit(QString(30, QChar('u')));
+        bar->CalcSize();
+        // The value box with its unit: 16 + 35 + 210 + 4 + 14 div 3.
+        EXPECT_EQ(bar->width(), 16 + 35 + 210 + 4 + 4);
+        const int32_t h = bar->height();
+        bar->SetOptions(bar->Options() | O(Opt::opName2));  // one short line: taller only
+        bar->CalcSize();
+        EXPECT_EQ(bar->width(), 16 + 35 + 210 + 4 + 4);
+        EXPECT_EQ(bar->height(), h + 14);
+        // The name sits half the outer spacing below its line's top.
+        bar->Loaded();
+        bar->PaintToSurface();
+        bool found = false;
+        for (const TCanvasCall& c : rec.CallsOf(QStringLiteral("TextOut")))
+            if (c.Text == QStringLiteral("x")) {
+                found = true;
+                EXPECT_EQ(c.Args.at(1), bar->height() - 8 - 14 + 2);
+            }
+        EXPECT_TRUE(found);
+        bar->SetCanvas(nullptr);
+    }
+}
+
 // A reading composes the bar, markers and number off-screen; at any ratio that must give
 // the very pixels of a full repaint at the same reading.
 template <class T>
