@@ -2,6 +2,7 @@
 
 #include <QTabWidget>
 
+#include "binarypage.h"
 #include "pages.h"
 #include "roundmeterpage.h"
 #include "straightpage.h"
@@ -34,8 +35,7 @@ GalleryWindow::GalleryWindow(QWidget* parent) : QMainWindow(parent), tabs_(new Q
         new StraightPage(kStartTime),
         new NotePage(names.at(2), QStringLiteral("Dials, gear dials and sliders will appear "
                                                  "here.")),
-        new NotePage(names.at(3), QStringLiteral("LEDs, switches and colour bit buttons will "
-                                                 "appear here.")),
+        new BinaryPage(kStartTime),
     };
     for (GalleryPage* page : pages_)
         tabs_->addTab(page, page->Title());

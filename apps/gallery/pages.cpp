@@ -1,6 +1,7 @@
 #include "pages.h"
 
 #include <QLabel>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace kxgallery {
@@ -26,6 +27,16 @@ void GalleryPage::SetSection(const QString& section, const QString& slug) {
     section_ = section;
     sectionSlug_ = slug;
     setObjectName(QStringLiteral("page") + paletteName_ + slug);
+}
+
+void GalleryPage::SetScrollContent(QWidget* content) {
+    auto* scroll = new QScrollArea;
+    scroll->setWidget(content);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scroll);
 }
 
 NotePage::NotePage(const QString& paletteName, const QString& note, QWidget* parent)

@@ -30,6 +30,8 @@ class GalleryPage : public QWidget {
 
   protected:
     void SetSection(const QString& section, const QString& slug);
+    // Shows content in a frameless scroll area that fills the page.
+    void SetScrollContent(QWidget* content);
 
   private:
     QString paletteName_;

@@ -1,7 +1,6 @@
 #include "straightpage.h"
 
 #include <QHBoxLayout>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include "kx/indicators/bar.h"
@@ -61,13 +60,7 @@ StraightPage::StraightPage(double startTime, QWidget* parent)
     rows_ = new QVBoxLayout(content);
     rows_->setContentsMargins(12, 12, 12, 12);
     rows_->setSpacing(10);
-    auto* scroll = new QScrollArea;
-    scroll->setWidget(content);
-    scroll->setWidgetResizable(true);
-    scroll->setFrameShape(QFrame::NoFrame);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(scroll);
+    SetScrollContent(content);
 
     using namespace kx;
     const std::vector<std::pair<int, Preset>> presets = {

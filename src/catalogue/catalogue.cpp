@@ -6,6 +6,10 @@
 #include <cmath>
 #include <memory>
 
+#include "kx/binary/colbitbtn.h"
+#include "kx/binary/kxled.h"
+#include "kx/binary/leverswitch.h"
+#include "kx/binary/rockerswitch.h"
 #include "kx/drawing/angles.h"
 #include "kx/drawing/shapes.h"
 #include "kx/framework/control.h"
@@ -103,10 +107,13 @@ const TRow kRows[] = {
     {kAnalogAdj, "TKxGearDial", "Gear dial for setting a value", Absent},
     {kAnalogAdj, "TKxHSlider", "Horizontal slider for setting a value", Absent},
     {kAnalogAdj, "TKxVSlider", "Vertical slider for setting a value", Absent},
-    {kBinary, "TKxLED", "LED lamp", Absent},
-    {kBinary, "TKxColBitBtn", "Colour bit button", Absent},
-    {kBinary, "TKxRockerSwitch", "Rocker switch", Absent},
-    {kBinary, "TKxToggleSwitch", "Toggle switch", Absent},
+    {kBinary, "TKxLED", "LED lamp", Component<TKxLED>("kx/binary/kxled.h")},
+    {kBinary, "TKxColBitBtn", "Colour bit button",
+     Component<TKxColBitBtn>("kx/binary/colbitbtn.h")},
+    {kBinary, "TKxRockerSwitch", "Rocker switch",
+     Component<TKxRockerSwitch>("kx/binary/rockerswitch.h")},
+    {kBinary, "TKxToggleSwitch", "Toggle switch",
+     Component<TKxToggleSwitch>("kx/binary/leverswitch.h")},
 };
 
 std::vector<TKxCatalogueEntry> build() {

@@ -133,6 +133,30 @@ void KxCircleGradFill(TCanvas& canvas, const TRect& r, TColor from, TColor to) {
     canvas.ClearClipRegion();
 }
 
+void KxDrawFocusFrame(TCanvas& canvas, const TRect& r, TColor color) {
+    if (r.Right - r.Left < 1 || r.Bottom - r.Top < 1) return;
+    canvas.Brush().SetStyle(bsSolid);
+    canvas.Brush().SetColor(color);
+    const auto dot = [&canvas](int32_t x, int32_t y) {
+        canvas.FillRect(TRect{x, y, x + 1, y + 1});
+    };
+    // Walk the outline once, clockwise, so the dots alternate around the corners too.
+    int64_t n = 0;
+    const auto put = [&](int32_t x, int32_t y) {
+        if (n++ % 2 == 0) dot(x, y);
+    };
+    for (int32_t x = r.Left; x < r.Right; ++x)
+        put(x, r.Top);
+    for (int32_t y = r.Top + 1; y < r.Bottom; ++y)
+        put(r.Right - 1, y);
+    if (r.Bottom - 1 > r.Top)
+        for (int32_t x = r.Right - 2; x >= r.Left; --x)
+            put(x, r.Bottom - 1);
+    if (r.Right - 1 > r.Left)
+        for (int32_t y = r.Bottom - 2; y > r.Top; --y)
+            put(r.Left, y);
+}
+
 void GetBkUpImage(TCanvas& canvas, TBitmap& bitmap, const TRect& r) {
     TRect i;
     if (!KxRectIntersection(canvas.ClipRect(), r, i)) return;

@@ -1,5 +1,6 @@
 #include "kx/drawing/text.h"
 
+#include <QStringList>
 #include <algorithm>
 #include <cmath>
 
@@ -142,6 +143,28 @@ void ForEachLine(TCanvas& canvas, int32_t y, int32_t lineSpacing, const QString&
 }
 
 }  // namespace
+
+QString KxElideLines(TCanvas& canvas, const QString& text, QChar separator, int32_t width) {
+    static const QString kEllipsis(QChar(0x2026));
+    QStringList lines = text.split(separator);
+    bool changed = false;
+    for (QString& line : lines) {
+        if (canvas.TextWidth(line) <= width) continue;
+        changed = true;
+        // The longest prefix that fits with the ellipsis (widths grow with the prefix).
+        qsizetype lo = 0, hi = line.size();
+        while (lo < hi) {
+            const qsizetype mid = (lo + hi + 1) / 2;
+            if (canvas.TextWidth(line.left(mid) + kEllipsis) <= width)
+                lo = mid;
+            else
+                hi = mid - 1;
+        }
+        line = canvas.TextWidth(line.left(lo) + kEllipsis) <= width ? line.left(lo) + kEllipsis
+                                                                    : QString();
+    }
+    return changed ? lines.join(separator) : text;
+}
 
 void KxTextOutMultiLine(TCanvas& canvas, int32_t x, int32_t y, int32_t lineSpacing,
                         const QString& text, toPos pos) {

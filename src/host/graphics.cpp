@@ -1,6 +1,9 @@
 #include "kx/host/graphics.h"
 
+#include <algorithm>
 #include <cstdlib>
+
+#include "kx/host/numeric.h"
 
 namespace kx {
 
@@ -128,6 +131,24 @@ void TFont::Assign(const TFont& o) {
     style_ = o.style_;
     orientation_ = o.orientation_;
     if (shapeChanged) invalidate();
+    Changed();
+}
+
+void TFont::AssignQFont(const QFont& f) {
+    int32_t height = height_;
+    if (f.pixelSize() > 0)
+        height = -f.pixelSize();
+    else if (f.pointSizeF() > 0)
+        height = -Round(std::min(f.pointSizeF(), 1000.0) * kPixelsPerInch / 72.0);
+    const TFontStyles style =
+        TFontStyles((f.bold() ? fsBold : 0) | (f.italic() ? fsItalic : 0) |
+                    (f.underline() ? fsUnderline : 0) | (f.strikeOut() ? fsStrikeOut : 0));
+    const QString name = f.family();
+    if (name == name_ && height == height_ && style == style_) return;
+    name_ = name;
+    height_ = std::clamp(height, -1300, 1300);
+    style_ = style;
+    invalidate();
     Changed();
 }
 

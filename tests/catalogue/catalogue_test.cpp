@@ -29,7 +29,9 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
     EXPECT_EQ(all, (QStringList{"KxAnalogInd/TKxBar", "KxAnalogInd/TKxVBar", "KxAnalogInd/TKxHBar",
                                 "KxAnalogInd/TKxVMeter", "KxAnalogInd/TKxHMeter",
                                 "KxAnalogInd/TKx120Meter", "KxAnalogInd/TKx180Meter",
-                                "KxAnalogInd/TKx270Meter"}));
+                                "KxAnalogInd/TKx270Meter", "KxBinary/TKxLED",
+                                "KxBinary/TKxColBitBtn", "KxBinary/TKxRockerSwitch",
+                                "KxBinary/TKxToggleSwitch"}));
 
     const struct {
         const char* page;
@@ -40,7 +42,7 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
          {"TKxBar", "TKxVBar", "TKxHBar", "TKxVMeter", "TKxHMeter", "TKx120Meter", "TKx180Meter",
           "TKx270Meter"}},
         {"KxAnalogAdj", {}},
-        {"KxBinary", {}},
+        {"KxBinary", {"TKxLED", "TKxColBitBtn", "TKxRockerSwitch", "TKxToggleSwitch"}},
         {"NoSuchPage", {}},
     };
     for (const auto& p : pages)

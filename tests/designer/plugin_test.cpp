@@ -17,6 +17,7 @@
 
 #include "designer/properties.h"
 #include "kx/catalogue/catalogue.h"
+#include "kx/framework/binarycontrol.h"
 #include "kx/indicators/barinstrument.h"
 #include "kx/indicators/rmeter.h"
 
@@ -44,10 +45,14 @@ const TKxRMeter* asMeter(const QWidget* w) {
 const TKxAnalogGControl* asAnalog(const QWidget* w) {
     return as<TKxAnalogGControl>(w, "kx::TKxAnalogGControl");
 }
+const TKxControl* asControl(const QWidget* w) {
+    return as<TKxControl>(w, "kx::TKxControl");
+}
 // Whether a component blinks (those that can).
 bool blinking(const QWidget* w) {
     if (const TKxRMeter* m = asMeter(w)) return m->Blinking();
     if (const auto* b = as<TKxBarInstrument>(w, "kx::TKxBarInstrument")) return b->Blinking();
+    if (const auto* b = as<TKxBinGControl>(w, "kx::TKxBinGControl")) return b->Blinking();
     return false;
 }
 
@@ -87,7 +92,7 @@ TEST(DesignerPlugin, FormBuildersGetRunTimeComponents) {
         std::unique_ptr<QWidget> widget(w->createWidget(nullptr));
         ASSERT_TRUE(widget);
         EXPECT_EQ(QString::fromLatin1(widget->metaObject()->className()), w->name());
-        const TKxAnalogGControl* control = asAnalog(widget.get());
+        const TKxControl* control = asControl(widget.get());
         ASSERT_TRUE(control);
         EXPECT_FALSE(control->Designing());
     }
@@ -107,9 +112,18 @@ TEST(DesignerPlugin, DesignerGetsDesigningComponents) {
         w->initialize(&core);
         EXPECT_TRUE(w->isInitialized());
         std::unique_ptr<QWidget> widget(w->createWidget(nullptr));
+        const TKxControl* control = asControl(widget.get());
+        ASSERT_TRUE(control);
+        EXPECT_TRUE(control->Designing());
         auto* meter = const_cast<TKxAnalogGControl*>(asAnalog(widget.get()));
-        ASSERT_TRUE(meter);
-        EXPECT_TRUE(meter->Designing());
+        if (!meter) {
+            // A checked, flashing binary element does not blink at design time.
+            ASSERT_TRUE(widget->setProperty("Flashing", true));
+            ASSERT_TRUE(widget->setProperty("Checked", true));
+            EXPECT_TRUE(widget->property("Checked").toBool());
+            EXPECT_FALSE(blinking(widget.get()));
+            continue;
+        }
         // A reading beyond the upper limit and the range: no blinking, no extremes.
         widget->setProperty("Value", 150.0);
         meter->Loaded();

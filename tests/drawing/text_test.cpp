@@ -148,5 +148,28 @@ TEST(Text, RotTextOutAlignsAndTurnsTheReferencePoint) {
     EXPECT_EQ(canvas.TextAlign(), TA_LEFT | TA_TOP);  // set by the last call
 }
 
+TEST(Text, ElideLinesShortensEachLineToTheWidth) {
+    // Seven pixels per character; the ellipsis is one character.
+    const struct {
+        const char* text;
+        int32_t width;
+        QString expected;
+    } cases[] = {
+        {"Pump", 28, "Pump"},
+        {"Pump", 27, QString::fromUtf8("Pu\u2026")},
+        {"Pump", 7, QString::fromUtf8("\u2026")},
+        {"Pump", 6, ""},
+        {"Pump|on", 21, QString::fromUtf8("Pu\u2026|on")},
+        {"Main pump|B", 14, QString::fromUtf8("M\u2026|B")},
+        {"", 0, ""},
+        {"x", -5, ""},
+    };
+    for (const auto& t : cases) {
+        TRecordingCanvas c;
+        EXPECT_EQ(KxElideLines(c, QString::fromUtf8(t.text), u'|', t.width), t.expected)
+            << t.text << " " << t.width;
+    }
+}
+
 }  // namespace
 }  // namespace kx

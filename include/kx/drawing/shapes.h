@@ -55,6 +55,11 @@ void KxRoundSector(TCanvas& canvas, const TRect& r, float start, float sweep);
 // line but still sets and clears the clip.
 void KxCircleGradFill(TCanvas& canvas, const TRect& r, TColor from, TColor to);
 
+// The focus mark of a control that takes the keyboard: a one-pixel frame just inside r
+// whose every other pixel (starting at the top-left corner) is set in color. Changes only
+// the brush (solid, color).
+void KxDrawFocusFrame(TCanvas& canvas, const TRect& r, TColor color);
+
 // Saves what the canvas shows under r: I = ClipRect() intersected with r; when they do
 // not intersect, nothing happens (the bitmap is untouched). Otherwise the bitmap is sized
 // to r and I is copied to (I.Left - r.Left, I.Top - r.Top) in it; the rest of the bitmap

@@ -40,6 +40,11 @@ void KxGetMaxTokenSize(TCanvas& canvas, int32_t& width, int32_t& height, const Q
 void KxGetMaxTokenSize2(TCanvas& canvas, int32_t& width, int32_t& height, const QString& text,
                         QChar separator);
 
+// The lines of text (separated by separator) each shortened to at most width pixels: a
+// line that is wider loses characters from its end and gets "…" instead; a line where
+// not even "…" fits becomes empty. Texts that fit come back unchanged.
+QString KxElideLines(TCanvas& canvas, const QString& text, QChar separator, int32_t width);
+
 // One line with its bounding box anchored at (x, y) by pos. A pos outside the nine
 // draws the text with its top-left corner at (0, 0).
 void KxTextOut(TCanvas& canvas, int32_t x, int32_t y, const QString& text, toPos pos);

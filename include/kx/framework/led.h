@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "kx/drawing/leds.h"
+#include "kx/framework/flatproperty.h"
 #include "kx/framework/persistent.h"
 #include "kx/host/canvas.h"
 #include "kx/host/color.h"
@@ -56,5 +57,13 @@ class TLED : public TKxPersistent {
     int32_t width_ = 13;
     int32_t height_ = 13;
 };
+
+// The flat properties of a TLED (see flatproperty.h).
+#define KX_FLAT_LED(Prefix, Object)                                                   \
+    KX_FLAT_ENUM(Prefix##_Shape, Object, Shape, ::kx::TLEDShape, ::kx::sDiamondRight) \
+    KX_FLAT_COLOR(Prefix##_ColorOn, Object, ColorOn)                                  \
+    KX_FLAT_COLOR(Prefix##_ColorOff, Object, ColorOff)                                \
+    KX_FLAT(int, Prefix##_Width, Object, Width)                                       \
+    KX_FLAT(int, Prefix##_Height, Object, Height)
 
 }  // namespace kx

@@ -129,6 +129,10 @@ class TFont : public TGraphicsObject {
     int32_t Orientation() const { return orientation_; }
     void SetOrientation(int32_t tenths);
     void Assign(const TFont& other);
+    // Family, size and style of a Qt font (the colour and orientation stay), then one
+    // change notification when anything differs. A point size converts at 96 pixels per
+    // inch, rounded half to even; a font without a size keeps the height.
+    void AssignQFont(const QFont& font);
     bool SameAs(const TFont& other) const;
 
     const QFont& ToQFont() const;
