@@ -267,7 +267,7 @@ QWidget* BinaryPage::switchSection() {
         s->SetCaption(QString::fromLatin1(k.caption));
         s->SetColorOn(k.color);
         s->SetOrientation(k.vertical ? orVertical : orHorizontal);
-        s->setFixedSize(k.vertical ? QSize(48, 104) : QSize(96, 60));
+        s->setFixedSize(k.vertical ? QSize(64, 128) : QSize(128, 72));
         auto* l = lamp(QString::fromLatin1(k.lampCaption), k.color);
         l->SetLED_Position(lpTop);
         l->setFixedSize(96, 34);

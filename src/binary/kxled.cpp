@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "kx/drawing/shapes.h"
+
 namespace kx {
 
 TKxLED::TKxLED(QWidget* parent) : TKxBinGControl(parent), led_(new TLED(this)) {
@@ -78,8 +80,31 @@ void TKxLED::Paint() {
     KxTextOutMultiLine(c, l.CaptionAt.X, l.CaptionAt.Y, 0,
                        KxElideLines(c, caption, QLatin1Char('|'), room), l.CaptionPos);
     c.Brush().SetStyle(bsSolid);
-    led_->Draw(c, Checked());
+    cacheLamps(c);
     painting_ = false;
+    drawLamp(Checked());
+}
+
+TRect TKxLED::lampArea() const {
+    // The parallelogram outlines reach one pixel beyond the lamp's right and bottom edges.
+    const TRect& r = led_->Rect;
+    return TRect{r.Left, r.Top, r.Right + 1, r.Bottom + 1};
+}
+
+void TKxLED::cacheLamps(TCanvas& canvas) {
+    const TRect r = lampArea();
+    TBitmap under;
+    GetBkUpImage(canvas, under, r);
+    lampOn_.SetSize(0, 0);
+    lampOff_.SetSize(0, 0);
+    if (under.Width() < 1 || under.Height() < 1) return;  // the lamp lies off the control
+    const TRect whole{0, 0, under.Width(), under.Height()};
+    for (TBitmap* b : {&lampOn_, &lampOff_}) {
+        MakeCompatibleBitmap(*b, whole.Right, whole.Bottom, under.GridOrigin());
+        b->Canvas().SetCopyMode(cmSrcCopy);
+        b->Canvas().CopyRect(whole, under.Canvas(), whole);
+        led_->DrawIn(b->Canvas(), TRect{0, 0, whole.Right - 1, whole.Bottom - 1}, b == &lampOn_);
+    }
 }
 
 void TKxLED::ParamChange(QObject*) {
@@ -88,7 +113,11 @@ void TKxLED::ParamChange(QObject*) {
 
 void TKxLED::drawLamp(bool on) {
     if (painting_ || UpdateCount() > 0 || !(Visible() || Designing())) return;
-    led_->Draw(Canvas(), on);
+    TBitmap& picture = on ? lampOn_ : lampOff_;
+    if (picture.Width() < 1) return;
+    TCanvas& c = Canvas();
+    c.SetCopyMode(cmSrcCopy);
+    c.CopyRect(lampArea(), picture.Canvas(), TRect{0, 0, picture.Width(), picture.Height()});
 }
 
 void TKxLED::StatusChanged() {

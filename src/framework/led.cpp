@@ -31,8 +31,8 @@ void TLED::SetHeight(int32_t v) {
     if (validSize(v)) SetField(*this, height_, v);
 }
 
-void TLED::Draw(TCanvas& canvas, bool on) const {
-    KxDrawLED(canvas, Rect, shape_, clBtnShadow, on ? colorOn_ : colorOff_);
+void TLED::DrawIn(TCanvas& canvas, const TRect& rect, bool on) const {
+    KxDrawLED(canvas, rect, shape_, clBtnShadow, on ? colorOn_ : colorOff_);
 }
 
 void TLED::AssignTo(TKxPersistent* dest) const {

@@ -95,38 +95,43 @@ TEST_F(LED, TwoLineCaptionIsCentredAsABlock) {
     led.SetCanvas(nullptr);
 }
 
-TEST_F(LED, StatusAndBlinkDrawTheLampAlone) {
+TEST_F(LED, StatusAndBlinkCopyTheLampAlone) {
     TKxLED led(&form_);
     led.setObjectName("Lamp");
     TRecordingCanvas rec(&led.SurfaceImage());
     led.SetCanvas(&rec);
     led.PaintToSurface();
+    const TMessage dark{KX_WM_FLASH, 0, 0, 0}, bright{KX_WM_FLASH, 0, 1, 0};
     const struct {
         std::function<void()> act;
-        TColor fill;
+        TColor centre;
     } steps[] = {
         {[&] { led.SetChecked(true); }, clLime},
         {[&] {
-             TMessage m{KX_WM_FLASH, 0, 0, 0};
+             TMessage m = dark;
              led.WMFlash(m);
          },
          clBtnFace},
         {[&] {
-             TMessage m{KX_WM_FLASH, 0, 1, 0};
+             TMessage m = bright;
              led.WMFlash(m);
          },
          clLime},
         {[&] { led.SetChecked(false); }, clBtnFace},
     };
+    const QImage before = led.Surface().Image().copy();
     for (const auto& s : steps) {
         rec.ClearCalls();
         s.act();
-        EXPECT_TRUE(rec.CallsOf("TextOut").empty());
-        const auto lamp = rec.CallsOf("Ellipse");
-        ASSERT_EQ(lamp.size(), 1u);
-        EXPECT_EQ(lamp[0].BrushColor, s.fill);
-        EXPECT_EQ(lamp[0].Args, (std::vector<int32_t>{0, 10, 13, 23}));
+        ASSERT_EQ(rec.Calls().size(), 1u);
+        EXPECT_EQ(rec.Calls()[0].Op, "CopyRect");
+        const auto& a = rec.Calls()[0].Args;
+        EXPECT_EQ(std::vector<int32_t>(a.begin(), a.begin() + 4),
+                  (std::vector<int32_t>{0, 10, 14, 24}));
+        EXPECT_EQ(led.Surface().Pixel(6, 16), ColorToRGB(s.centre));
     }
+    // Back where it started: the lamp pictures hold exactly what Paint drew.
+    EXPECT_EQ(led.Surface().Image(), before);
     // Hidden or in an update phase nothing is drawn.
     led.hide();
     rec.ClearCalls();
@@ -137,6 +142,25 @@ TEST_F(LED, StatusAndBlinkDrawTheLampAlone) {
     led.SetChecked(false);
     EXPECT_TRUE(rec.Calls().empty());
     led.SetCanvas(nullptr);
+}
+
+TEST_F(LED, LampPicturesMatchALampDrawnInPlace) {
+    for (TLEDShape shape : {sRound, sArrowUp, sRectangle, sDiamondLeft, sDiamondRight})
+        for (bool on : {false, true}) {
+            TKxLED led(&form_);
+            led.SetCaption("Lamp");
+            led.LED()->SetShape(shape);
+            led.LED()->SetWidth(20);
+            led.SetChecked(!on);
+            led.PaintToSurface();
+            // The lamp drawn directly over the other state's picture.
+            TBitmap expected(led.width(), led.height());
+            expected.Canvas().SetCopyMode(cmSrcCopy);
+            expected.Canvas().CopyRect(led.ClientRect(), led.Canvas(), led.ClientRect());
+            led.LED()->Draw(expected.Canvas(), on);
+            led.SetChecked(on);
+            EXPECT_EQ(led.Surface().Image(), expected.Image()) << shape << on;
+        }
 }
 
 // A canvas that delivers a blink phase while the LED paints its caption.
@@ -155,13 +179,15 @@ TEST_F(LED, BlinkDuringPaintDrawsNothing) {
     TKxLED led(&form_);
     led.SetCaption("x");
     led.SetChecked(true);
+    led.PaintToSurface();  // lamp pictures exist from here on
     TInterruptingCanvas rec(&led.SurfaceImage());
     rec.led = &led;
     led.SetCanvas(&rec);
+    led.Invalidate();
     led.PaintToSurface();
-    const auto lamp = rec.CallsOf("Ellipse");
-    ASSERT_EQ(lamp.size(), 1u);
-    EXPECT_EQ(lamp[0].BrushColor, clLime);
+    ASSERT_EQ(rec.CallsOf("TextOut").size(), 1u);
+    EXPECT_EQ(rec.CallsOf("CopyRect").size(), 1u);  // the lit lamp, once, after the caption
+    EXPECT_EQ(led.Surface().Pixel(6, 16), ColorToRGB(clLime));
     led.SetCanvas(nullptr);
 }
 

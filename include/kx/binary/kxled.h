@@ -29,13 +29,17 @@
 // than the room on its side (to the control's edge beside the lamp, the control's width
 // above or below it) is shortened with "…", so it never runs off the control.
 //
-// Painting: Paint draws the caption and the lamp. A status change or a blink phase draws
-// the lamp alone into the rectangle of the last layout, nothing else; a blink phase that
-// arrives while Paint runs draws nothing. Lamps are drawn while the control is Visible()
-// (shown or not yet shown) or at design time.
+// Painting: Paint draws the caption, then keeps two pictures of the lamp's rectangle, lit
+// and dark, each the lamp drawn over what lies under it, and puts the current one on the
+// surface. A status change or a blink phase copies the other picture into the lamp's
+// rectangle of the last layout (and the pixel column and row after it, which the
+// parallelogram outlines reach) in one copy, nothing else; a blink phase that arrives
+// while Paint runs draws nothing. Lamps are drawn while the control is Visible() (shown
+// or not yet shown) or at design time.
 #include "kx/drawing/text.h"
 #include "kx/framework/binarycontrol.h"
 #include "kx/framework/led.h"
+#include "kx/host/bitmap.h"
 
 namespace kx {
 
@@ -85,8 +89,12 @@ class TKxLED : public TKxBinGControl {
 
   private:
     void drawLamp(bool on);
+    void cacheLamps(TCanvas& canvas);
+    TRect lampArea() const;
 
     TLED* led_;
+    TBitmap lampOn_;
+    TBitmap lampOff_;
     TLEDPos position_ = lpLeft;
     int32_t spacing_ = 5;
     int32_t captionWidth_ = 0;

@@ -44,7 +44,9 @@ class TLED : public TKxPersistent {
 
     // Draws the lamp into Rect, outlined in the button shadow colour and filled with
     // ColorOn or ColorOff.
-    void Draw(TCanvas& canvas, bool on) const;
+    void Draw(TCanvas& canvas, bool on) const { DrawIn(canvas, Rect, on); }
+    // The same into another rectangle (a cached picture of the lamp).
+    void DrawIn(TCanvas& canvas, const TRect& rect, bool on) const;
 
     // To another TLED: the five published fields directly (not Rect, which belongs to
     // the owner's layout), then one Change.
