@@ -178,6 +178,9 @@ TEST_F(BinaryControl, StatusBitOutsideTheWordIsIgnored) {
     EXPECT_FALSE(c.Checked());
     c.SetStatusBit(2);
     EXPECT_TRUE(c.Checked());
+    c.SetStatusBit(0);
+    EXPECT_EQ(c.StatusBit(), 0);
+    EXPECT_FALSE(c.Checked());
 }
 
 TEST_F(BinaryControl, FirstSetBitIsTheLowestSetBit) {
@@ -321,6 +324,8 @@ TEST_F(BinaryControl, BlinksOnlyWhileCheckedAndFlashing) {
         EXPECT_EQ(CodeOf(&c), r.code);
     }
     c.SetFrequencyValue(9);
+    c.SetFrequency(TFlashFreq(-1));
+    c.SetFrequency(TFlashFreq(5));
     EXPECT_EQ(c.Frequency(), ff05Hz);
     EXPECT_EQ(FlashList().size(), 1u);
     c.SetChecked(false);
@@ -415,12 +420,21 @@ TEST_F(BinaryControl, ParentFontFollowsTheWidgetFontUntilFontIsSet) {
     QFont points("Liberation Sans", 9);
     form_.setFont(points);
     EXPECT_EQ(c.Font()->Height(), -12);  // 9 pt at 96 dpi
+    EXPECT_TRUE(c.ParentFont());
+    c.SetFont(nullptr);
+    c.SetFont(c.Font());
+    EXPECT_TRUE(c.ParentFont());
     c.Font()->SetSize(14);
     EXPECT_FALSE(c.ParentFont());
     form_.setFont(big);
     EXPECT_EQ(c.Font()->Size(), 14);
     c.SetParentFont(true);
     EXPECT_EQ(c.Font()->Height(), -20);
+    TFont mono;
+    mono.SetName("Liberation Mono");
+    c.SetFont(&mono);
+    EXPECT_FALSE(c.ParentFont());
+    EXPECT_EQ(c.Font()->Name(), "Liberation Mono");
 }
 
 }  // namespace
