@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "kx/drawing/shapes.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 
@@ -41,22 +42,22 @@ TKxLED::TLayout TKxLED::Layout() const {
     switch (position_) {
         case lpLeft:
             l.Lamp = {0, cy - h / 2, w, cy - h / 2 + h};
-            l.CaptionAt = {l.Lamp.Right + spacing_, cy};
+            l.CaptionAt = {Saturate(int64_t(l.Lamp.Right) + spacing_), cy};
             l.CaptionPos = toMidLeft;
             break;
         case lpRight:
             l.Lamp = {width() - w, cy - h / 2, width(), cy - h / 2 + h};
-            l.CaptionAt = {l.Lamp.Left - spacing_, cy};
+            l.CaptionAt = {Saturate(int64_t(l.Lamp.Left) - spacing_), cy};
             l.CaptionPos = toMidRight;
             break;
         case lpTop:
             l.Lamp = {cx - w / 2, 0, cx - w / 2 + w, h};
-            l.CaptionAt = {cx, l.Lamp.Bottom + spacing_};
+            l.CaptionAt = {cx, Saturate(int64_t(l.Lamp.Bottom) + spacing_)};
             l.CaptionPos = toTopCenter;
             break;
         case lpBottom:
             l.Lamp = {cx - w / 2, height() - h, cx - w / 2 + w, height()};
-            l.CaptionAt = {cx, l.Lamp.Top - spacing_};
+            l.CaptionAt = {cx, Saturate(int64_t(l.Lamp.Top) - spacing_)};
             l.CaptionPos = toBotCenter;
             break;
     }
@@ -74,7 +75,7 @@ void TKxLED::Paint() {
     const TLayout l = Layout();
     led_->Rect = l.Lamp;
     c.Brush().SetStyle(bsClear);
-    const int32_t room = position_ == lpLeft    ? width() - l.CaptionAt.X
+    const int32_t room = position_ == lpLeft    ? Saturate(int64_t(width()) - l.CaptionAt.X)
                          : position_ == lpRight ? l.CaptionAt.X
                                                 : width();
     KxTextOutMultiLine(c, l.CaptionAt.X, l.CaptionAt.Y, 0,

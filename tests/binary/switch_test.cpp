@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QWidget>
+#include <climits>
 #include <functional>
 #include <memory>
 
@@ -274,6 +275,35 @@ TEST_F(Switches, ASwitchDrivesALamp) {
     EXPECT_TRUE(lamp.Checked());
     Space(&sw);
     EXPECT_FALSE(lamp.Checked());
+}
+
+TEST_F(Switches, ExtremeSizesTextsAndSpacingsDrawSafely) {
+    const QString longText = QString(5000, QLatin1Char('W')) + "|" + QString(3, QLatin1Char('|'));
+    const QSize sizes[] = {{0, 0}, {1, 1}, {3, 200}, {2000, 12}, {15, 15}};
+    std::vector<TKind> kinds(std::begin(kKinds), std::end(kKinds));
+    kinds.push_back({"led", [](QWidget* p) { return new TKxLED(p); }, 73, 33});
+    for (const auto& k : kinds)
+        for (const QSize& s : sizes)
+            for (const QString& caption : {QString(), longText, QString("|||")}) {
+                std::unique_ptr<TKxBinGControl> c(k.make(&form_));
+                c->SetCaption(caption);
+                c->SetBounds(0, 0, s.width(), s.height());
+                c->SetStatusInt(int32_t(0x80000001));
+                c->SetFlashing(true);
+                c->PaintToSurface();
+                TMessage dark{KX_WM_FLASH, 0, 0, 0};
+                c->WMFlash(dark);
+                c->SetChecked(false);
+                EXPECT_EQ(c->Surface().Width(), s.width()) << k.name;
+            }
+    TKxLED led(&form_);
+    led.SetCaption(longText);
+    for (int32_t spacing : {INT_MAX, INT_MIN, -100})
+        for (auto pos : {lpLeft, lpRight, lpTop, lpBottom}) {
+            led.SetSpacing(spacing);
+            led.SetLED_Position(pos);
+            led.PaintToSurface();
+        }
 }
 
 }  // namespace

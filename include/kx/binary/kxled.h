@@ -13,7 +13,8 @@
 //                 LED_Height; any change repaints
 //   LED_Position  TLEDPos, lpLeft: the side of the control the lamp sits on
 //   Spacing       int32, 5: pixels between lamp and caption (negative values are kept and
-//                 move the caption towards or over the lamp)
+//                 move the caption towards or over the lamp; the caption's position
+//                 saturates at the int32 range)
 // Initial size 73 x 33.
 //
 // Layout (Layout()): the lamp is w x h = LED.Width x LED.Height, a round lamp
