@@ -6,6 +6,9 @@
 #include <memory>
 
 #include "designer/properties.h"
+#include "kx/binary/colbitbtn.h"
+#include "kx/binary/kxled.h"
+#include "kx/binary/leverswitch.h"
 #include "kx/indicators/rmeter.h"
 #include "ui_panel.h"
 
@@ -98,6 +101,39 @@ TEST(UicPanel, StoresWhatTheFileSays) {
     EXPECT_EQ(ui.boiler->Value(), 12.4f);
     EXPECT_TRUE(ui.flow->LogScale());
     EXPECT_FALSE(ui.flow->Designing());
+}
+
+TEST(UicPanel, GroupsOfBinaryElementsKeepTheirSavedWords) {
+    QWidget form;
+    Ui::KxPanel ui;
+    ui.setupUi(&form);
+    // Two lamps in a group box and one beside it share the word of group 1.
+    for (TKxLED* lamp : {ui.lamp0, ui.lamp1, ui.lamp2})
+        EXPECT_EQ(lamp->StatusInt(), 5) << lamp->objectName().toStdString();
+    EXPECT_TRUE(ui.lamp0->Checked());
+    EXPECT_FALSE(ui.lamp1->Checked());
+    EXPECT_TRUE(ui.lamp2->Checked());
+    ui.lamp1->SetStatusInt(2);
+    EXPECT_FALSE(ui.lamp2->Checked());
+    // A radio group keeps its selected second bit: the mode is restored before the word.
+    EXPECT_EQ(ui.modeA->Mode(), mRadioButton);
+    EXPECT_EQ(ui.modeB->StatusInt(), 2);
+    EXPECT_FALSE(ui.modeA->Checked());
+    EXPECT_TRUE(ui.modeB->Checked());
+    EXPECT_EQ(ui.modeA->Caption(), "Auto");
+    // The other published properties reach their setters.
+    EXPECT_TRUE(ui.lamp2->Flashing());
+    EXPECT_EQ(ui.lamp2->LED_Position(), lpRight);
+    EXPECT_EQ(ui.lamp2->Spacing(), 2);
+    EXPECT_EQ(ui.lamp2->LED()->Shape(), sRectangle);
+    EXPECT_EQ(ui.modeB->BevelWidth(), 3);
+    EXPECT_EQ(ui.modeB->ColorOn(), clRed);
+    EXPECT_TRUE(ui.pumpSwitch->Checked());
+    EXPECT_EQ(ui.pumpSwitch->Orientation(), orHorizontal);
+    EXPECT_EQ(ui.pumpSwitch->CaptionOn(), "RUN");
+    EXPECT_EQ(ui.pumpSwitch->CaptionOff(), "STOP");
+    EXPECT_EQ(ui.pumpSwitch->Color(), RGB(200, 200, 200));
+    EXPECT_EQ(ui.pumpSwitch->Caption(), "");
 }
 
 }  // namespace

@@ -53,6 +53,10 @@ class TKxColBitBtn : public TKxBinGControl {
     void SetQColorOn(const QColor& c) { SetColorOn(c); }
     QColor QColorOff() const { return EncodeQColor(colorOff_); }
     void SetQColorOff(const QColor& c) { SetColorOff(c); }
+    // Qt-style setters for uic.
+    void setColorOn(const QColor& c) { SetColorOn(c); }
+    void setColorOff(const QColor& c) { SetColorOff(c); }
+    void setBevelWidth(int w) { SetBevelWidth(w); }
 
   protected:
     void Paint() override;

@@ -81,6 +81,8 @@ class TKxLED : public TKxBinGControl {
     int32_t CaptionHeight() const { return captionHeight_; }
 
     KX_FLAT_LED(LED, LED())
+    void setLED_Position(TLEDPos p) { SetLED_Position(p); }
+    void setSpacing(int s) { SetSpacing(s); }
 
   protected:
     void Paint() override;

@@ -77,6 +77,13 @@ class TKxCustomSwitch : public TKxBinGControl {
     void SetQColorOn(const QColor& c) { SetColorOn(c); }
     QColor QColorOff() const { return EncodeQColor(colorOff_); }
     void SetQColorOff(const QColor& c) { SetColorOff(c); }
+    // Qt-style setters for uic.
+    void setOrientation(TOrientation o) { SetOrientation(o); }
+    void setColor(const QColor& c) { SetColor(c); }
+    void setColorOn(const QColor& c) { SetColorOn(c); }
+    void setColorOff(const QColor& c) { SetColorOff(c); }
+    void setCaptionOn(const QString& s) { SetCaptionOn(s); }
+    void setCaptionOff(const QString& s) { SetCaptionOff(s); }
 
   protected:
     // The static parts inside body (on the surface's canvas).

@@ -50,6 +50,10 @@
 // Losing the focus while the space bar holds the element down releases it, so a
 // momentary button never sticks; a key release without its press is ignored.
 //
+// Forms (.ui files, Designer) store Mode, StatusInt, StatusBit and GroupIndex and restore
+// them in that order, so a loaded radio group keeps its selected bit; Checked is derived
+// and not stored.
+//
 // Design time (Designing()): nothing subscribes to the blink service.
 // Handlers may delete the element: the evaluation stops there, and a group propagation
 // goes on with the remaining members.
@@ -72,14 +76,16 @@ class TKxBinGControl : public TKxGraphicControl {
     Q_ENUM(TMode)
 
   private:
+    // Forms restore properties in this order: Mode first (it resets the word), then the
+    // word, the bit and the group. Checked follows from them, so it is not stored.
     Q_PROPERTY(QString Caption READ Caption WRITE SetCaption)
-    Q_PROPERTY(bool Checked READ Checked WRITE SetChecked NOTIFY OnStatusChanged)
+    Q_PROPERTY(TMode Mode READ Mode WRITE SetMode)
     Q_PROPERTY(int Frequency READ FrequencyValue WRITE SetFrequencyValue)
     Q_PROPERTY(bool Flashing READ Flashing WRITE SetFlashing)
     Q_PROPERTY(int StatusInt READ StatusInt WRITE SetStatusInt NOTIFY OnStatusIntChanged)
     Q_PROPERTY(int StatusBit READ StatusBit WRITE SetStatusBit)
     Q_PROPERTY(int GroupIndex READ GroupIndex WRITE SetGroupIndex)
-    Q_PROPERTY(TMode Mode READ Mode WRITE SetMode)
+    Q_PROPERTY(bool Checked READ Checked WRITE SetChecked NOTIFY OnStatusChanged STORED false)
     Q_PROPERTY(bool ParentFont READ ParentFont WRITE SetParentFont)
     Q_PROPERTY(kx::TFont* Font READ Font WRITE SetFont DESIGNABLE false)
 
@@ -123,6 +129,17 @@ class TKxBinGControl : public TKxGraphicControl {
     void WMFlash(TMessage& message) override;
 
     KX_FLAT_FONT(Font, Font())
+
+    // Qt-style setters for uic, which calls "set" + the property name.
+    void setCaption(const QString& c) { SetCaption(c); }
+    void setMode(TMode m) { SetMode(m); }
+    void setFrequency(int f) { SetFrequencyValue(f); }
+    void setFlashing(bool f) { SetFlashing(f); }
+    void setStatusInt(int s) { SetStatusInt(s); }
+    void setStatusBit(int b) { SetStatusBit(b); }
+    void setGroupIndex(int g) { SetGroupIndex(g); }
+    void setChecked(bool c) { SetChecked(c); }
+    void setParentFont(bool p) { SetParentFont(p); }
 
   signals:
     void OnStatusChanged(QObject* sender);
