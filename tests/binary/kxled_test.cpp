@@ -68,8 +68,17 @@ TEST_F(LED, SpacingAndPositionAreValidatedAndRepaint) {
     EXPECT_EQ(led.LED_Position(), lpLeft);
     EXPECT_EQ(led.focusPolicy(), Qt::NoFocus);
     led.PaintToSurface();
+    led.SetRedrawNeeded(false);
+    led.SetSpacing(5);
+    EXPECT_FALSE(led.RedrawNeeded());
     led.SetSpacing(-3);
     EXPECT_TRUE(led.RedrawNeeded());
+    led.SetRedrawNeeded(false);
+    led.SetLED_Position(lpLeft);
+    EXPECT_FALSE(led.RedrawNeeded());
+    led.SetLED_Position(lpTop);
+    EXPECT_TRUE(led.RedrawNeeded());
+    led.SetLED_Position(lpLeft);
     EXPECT_EQ(led.Layout().CaptionAt, (TPoint{10, 16}));
     led.SetLED_Position(TKxLED::TLEDPos(4));
     EXPECT_EQ(led.LED_Position(), lpLeft);
@@ -217,6 +226,7 @@ TEST_F(LED, BlinkServiceFlipsTheLampPixels) {
 TEST_F(LED, LampPropertiesRepaintAndCopy) {
     TKxLED led(&form_);
     led.PaintToSurface();
+    led.SetRedrawNeeded(false);
     led.LED()->SetColorOn(clRed);
     EXPECT_TRUE(led.RedrawNeeded());
     TLED other;
