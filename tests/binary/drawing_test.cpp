@@ -372,7 +372,7 @@ TEST_F(BinaryDrawing, LedCaptionShortenedToItsSide) {
         {lpLeft, 73, "Pump"},                          // 18 + 28 <= 73
         {lpLeft, 40, QString::fromUtf8("Pu\u2026")},   // room 22
         {lpRight, 40, QString::fromUtf8("Pu\u2026")},  // room 22
-        {lpTop, 20, QString::fromUtf8("Pu\u2026")},    // room 20
+        {lpTop, 20, QString::fromUtf8("P\u2026")},     // room 20
         {lpBottom, 28, "Pump"},
     };
     for (const auto& t : cases) {
