@@ -761,8 +761,12 @@ void TCanvas::TextOut(int32_t x, int32_t y, const QString& text) {
         top = -h;
     const bool rotated = font_.Orientation() != 0;
     if (!rotated) {
-        dx += x;
-        top += y;
+        // A cell far beyond any surface draws nothing (and its coordinates cannot wrap).
+        constexpr int64_t kFar = int64_t(1) << 24;
+        const int64_t left = int64_t(x) + dx, cellTop = int64_t(y) + top;
+        if (left + w < -kFar || left > kFar || cellTop + h < -kFar || cellTop > kFar) return;
+        dx = int(left);
+        top = int(cellTop);
         // The cell by the rectangle rule, before the glyphs' scaling.
         if (brushVisible())
             fillLogicalRect(dx, top, saturate(int64_t(dx) + w), saturate(int64_t(top) + h),

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <climits>
 #include <functional>
 
 #include "kx/host/bitmap.h"
@@ -233,6 +234,22 @@ TEST(CanvasEdges, NarrowEllipsesKeepTheirFill) {
     for (int y = 0; y < 20; ++y)
         red += b.Pixel(3, y) == clRed;
     EXPECT_GT(red, 5);
+}
+
+TEST(CanvasEdges, TextFarOffTheSurfaceDrawsNothing) {
+    const struct {
+        int32_t x, y;
+        uint32_t align;
+    } cases[] = {{INT_MAX, 5, 0},           {INT_MIN, 5, TA_RIGHT}, {5, INT_MAX, TA_BOTTOM},
+                 {5, INT_MIN, TA_BASELINE}, {INT_MAX, INT_MAX, 0},  {-100000000, 3, TA_CENTER}};
+    for (const auto& t : cases) {
+        TBitmap b(40, 20);
+        const QImage before = b.Image().copy();
+        b.Canvas().SetTextAlign(t.align);
+        b.Canvas().Brush().SetColor(clRed);
+        b.Canvas().TextOut(t.x, t.y, QStringLiteral("Wg8"));
+        EXPECT_EQ(b.Image(), before) << t.x << " " << t.y;
+    }
 }
 
 }  // namespace
