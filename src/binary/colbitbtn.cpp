@@ -40,7 +40,6 @@ void TKxColBitBtn::drawButton() {
     const bool down = Checked();
     c.Pen().SetMode(pmCopy);
     c.Pen().SetStyle(psSolid);
-    c.Pen().SetWidth(1);
     bevel_->PaintBevel(c, r, !down, false, FaceColor());
     face_ = r;
     c.Brush().SetStyle(bsSolid);

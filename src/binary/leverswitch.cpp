@@ -60,8 +60,8 @@ TPoint TKxLeverSwitch::legendPoint(const TGeometry& g, bool on, int32_t w, int32
 }
 
 void TKxLeverSwitch::PaintStatic(TCanvas& canvas, const TRect& body) {
+    // The frame covers the rectangle's outline, so the pen's colour does not show.
     TRect r = body;
-    canvas.Pen().SetColor(clBtnShadow);
     KxBtnBevel(canvas, r, true, true, Color());
     const TGeometry g = Geometry(canvas, body);
     canvas.Brush().SetStyle(bsClear);

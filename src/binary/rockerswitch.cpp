@@ -35,8 +35,8 @@ std::pair<TRect, TRect> TKxRockerSwitch::Halves(const TRect& body, bool vertical
 }
 
 void TKxRockerSwitch::PaintStatic(TCanvas& canvas, const TRect& body) {
+    // The frame covers the rectangle's outline, so the pen's colour does not show.
     TRect r = body;
-    canvas.Pen().SetColor(clBtnShadow);
     KxBtnBevel(canvas, r, false, true, Color());
 }
 
@@ -45,7 +45,6 @@ void TKxRockerSwitch::PaintMoving(TCanvas& canvas, const TRect& body) {
     const auto half = [&canvas, this](TRect r, bool pressed, TColor face, const QString& legend) {
         if (r.Right - r.Left < 1 || r.Bottom - r.Top < 1) return;
         const TColor fill = pressed ? KxSetBrightness(ColorToRGB(face), kPressedBrightness) : face;
-        canvas.Pen().SetColor(clBlack);
         KxBtnBevel(canvas, r, !pressed, true, fill);
         canvas.Brush().SetStyle(bsClear);
         const int32_t shift = pressed ? 1 : 0;

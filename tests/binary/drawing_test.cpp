@@ -3,6 +3,7 @@
 // moving parts draw, captions and their shortening, the colour bit button's face.
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -13,6 +14,7 @@
 #include "kx/binary/leverswitch.h"
 #include "kx/binary/rockerswitch.h"
 #include "kx/drawing/colors.h"
+#include "kx/drawing/geometry.h"
 #include "kx/host/recordingcanvas.h"
 
 namespace kx {
@@ -151,6 +153,21 @@ TEST_F(BinaryDrawing, LeverGeometry) {
          false,
          {6, 4},
          {2, 4}},
+        // Legends that leave the ball's centre exactly on the nut's rim stay.
+        {"rim",
+         true,
+         {0, 0, 28, 56},
+         "ON",
+         "OFF",
+         {2, 2, 26, 54},
+         {14, 28},
+         6,
+         4,
+         6,
+         true,
+         true,
+         {14, 22},
+         {14, 34}},
         // An offset body moves everything with it.
         {"offset",
          true,
@@ -215,13 +232,17 @@ TEST_F(BinaryDrawing, LeverStaticPartsAndLever) {
         EXPECT_EQ(ArgsOf(knob.front()), (std::vector<int32_t>{15, tipY - 7, 30, tipY + 8}));
         EXPECT_EQ(knob.back().BrushColor, on ? clLime : clBtnFace);
     }
-    // Across, the lever runs sideways.
+    // Across, the lever runs sideways; on a tiny plate it is at least a pixel each side.
     s.SetOrientation(orHorizontal);
     s.SetChecked(true);
     rec_.ClearCalls();
     s.PaintMoving(rec_, TRect{0, 0, 92, 40});
     EXPECT_EQ(ArgsOf(rec_.CallsOf("Polygon").at(0)),
               (std::vector<int32_t>{46, 14, 46, 26, 60, 24, 60, 16}));
+    rec_.ClearCalls();
+    s.PaintMoving(rec_, TRect{0, 0, 8, 8});
+    EXPECT_EQ(ArgsOf(rec_.CallsOf("Polygon").at(0)),
+              (std::vector<int32_t>{4, 3, 4, 5, 6, 5, 6, 3}));
 }
 
 TEST_F(BinaryDrawing, RockerHalvesAndLegends) {
@@ -388,6 +409,48 @@ TEST_F(BinaryDrawing, LedCaptionShortenedToItsSide) {
         EXPECT_EQ(text[0].Text, t.text) << t.pos << " " << t.width;
         led.SetCanvas(nullptr);
     }
+}
+
+TEST_F(BinaryDrawing, ColourBitButtonBevelFocusAndClippedCaption) {
+    form_.resize(200, 100);
+    TKxColBitBtn b(&form_);
+    b.SetCaption("");
+    form_.show();
+    b.PaintToSurface();
+    const TColor raised = b.Surface().Pixel(0, 0);
+    b.SetChecked(true);
+    const TColor lowered = b.Surface().Pixel(0, 0);
+    // Light at the top left while up, dark while down.
+    const auto brightness = [](TColor c) { return GetRValue(c) + GetGValue(c) + GetBValue(c); };
+    EXPECT_GT(brightness(raised), 3 * 128);
+    EXPECT_LT(brightness(lowered), 3 * 128);
+    b.SetChecked(false);
+
+    // The focus mark: dots one pixel inside the face while focused, gone afterwards.
+    QApplication::setActiveWindow(&form_);
+    b.setFocus();
+    ASSERT_TRUE(b.hasFocus());
+    const TRect f = b.FaceRect();
+    EXPECT_EQ(b.Surface().Pixel(f.Left + 1, f.Top + 1), clBlack);
+    EXPECT_EQ(b.Surface().Pixel(f.Left + 2, f.Top + 1), ColorToRGB(clBtnFace));
+    EXPECT_EQ(b.Surface().Pixel(f.Right - 2, f.Bottom - 2), clBlack);
+    b.clearFocus();
+    EXPECT_EQ(b.Surface().Pixel(f.Left + 1, f.Top + 1), ColorToRGB(clBtnFace));
+
+    // A caption higher than the face leaves the frame untouched.
+    b.SetBevelWidth(8);
+    b.Invalidate();
+    b.PaintToSurface();
+    const QImage plain = b.Surface().Image().copy();
+    b.SetCaption("W|W|W|W");
+    b.PaintToSurface();
+    const QImage tall = b.Surface().Image();
+    for (int y = 0; y < b.height(); ++y)
+        for (int x = 0; x < b.width(); ++x)
+            if (!KxInRect(x, y, b.FaceRect())) {
+                ASSERT_EQ(tall.pixel(x, y), plain.pixel(x, y)) << x << "," << y;
+            }
+    EXPECT_NE(tall, plain);
 }
 
 }  // namespace
