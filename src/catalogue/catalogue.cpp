@@ -6,6 +6,7 @@
 #include <cmath>
 #include <memory>
 
+#include "kx/adjusters/dial.h"
 #include "kx/binary/colbitbtn.h"
 #include "kx/binary/kxled.h"
 #include "kx/binary/leverswitch.h"
@@ -103,7 +104,7 @@ const TRow kRows[] = {
     {kAnalogInd, "TKxMiniTrend", "Mini trend", Absent},
     {kAnalogInd, "TKxTrend", "Eight-channel trend recorder with cursor", Absent},
     {kAnalogInd, "TKxPrintTrend", "Trend printer", Absent},
-    {kAnalogAdj, "TKxDial", "Dial for setting a value", Absent},
+    {kAnalogAdj, "TKxDial", "Dial for setting a value", Component<TKxDial>("kx/adjusters/dial.h")},
     {kAnalogAdj, "TKxGearDial", "Gear dial for setting a value", Absent},
     {kAnalogAdj, "TKxHSlider", "Horizontal slider for setting a value", Absent},
     {kAnalogAdj, "TKxVSlider", "Vertical slider for setting a value", Absent},

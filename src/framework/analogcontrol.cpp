@@ -10,6 +10,7 @@
 #include <cstring>
 
 #include "kx/drawing/logvalues.h"
+#include "kx/framework/accessible.h"
 #include "kx/framework/single.h"
 #include "kx/host/clock.h"
 #include "kx/host/datetimeformat.h"
@@ -227,6 +228,7 @@ void TKxAnalogGControl::ValueChange() {
     trackExtremes(alive);
     if (!alive) return;
     SetHint();
+    KxAccessibleValueChanged(this, value_);
     emit OnValueChange(this);
 }
 
@@ -282,6 +284,7 @@ void TKxAnalogGControl::LimitCheck() {
     if (upper == upperExceeded_ && lower == lowerExceeded_) return;
     upperExceeded_ = upper;
     lowerExceeded_ = lower;
+    KxAccessibleDescriptionChanged(this);
     LimitChange();
     emit OnLimit(this, lower, upper);
 }
@@ -291,6 +294,7 @@ void TKxAnalogGControl::evaluateRange(const QPointer<TKxAnalogGControl>& alive) 
         if (!overflowLow_) {
             overflowLow_ = true;
             overflowHigh_ = false;
+            KxAccessibleDescriptionChanged(this);
             OverflowChange(ppt_);
             emit OnOverflow(this, ppt_);
             if (!alive) return;
@@ -300,6 +304,7 @@ void TKxAnalogGControl::evaluateRange(const QPointer<TKxAnalogGControl>& alive) 
         if (!overflowHigh_) {
             overflowHigh_ = true;
             overflowLow_ = false;
+            KxAccessibleDescriptionChanged(this);
             OverflowChange(ppt_);
             emit OnOverflow(this, ppt_);
             if (!alive) return;
@@ -308,6 +313,7 @@ void TKxAnalogGControl::evaluateRange(const QPointer<TKxAnalogGControl>& alive) 
     } else if (overflowHigh_ || overflowLow_) {
         overflowHigh_ = false;
         overflowLow_ = false;
+        KxAccessibleDescriptionChanged(this);
         OverflowChange(ppt_);
         emit OnOverflow(this, ppt_);
     }
@@ -580,25 +586,12 @@ int32_t TKxAnalogGControl::PointerPosition() const {
 }
 
 TKxAnalogGControl::TNameSizes TKxAnalogGControl::MeasureNames(TCanvas& canvas) const {
-    canvas.SetFont(*font_);
-    const TSignalSettings& sig = *signalSettings_;
-    return TNameSizes{canvas.TextWidth(sig.Name1()), canvas.TextHeight(sig.Name1()),
-                      canvas.TextWidth(sig.Name2()), canvas.TextHeight(sig.Name2())};
+    return KxMeasureNames(canvas, *font_, *signalSettings_);
 }
 
 void TKxAnalogGControl::PaintNames(TCanvas& canvas, TRect& r, int32_t t, bool name1, bool name2,
                                    const TNameSizes& sizes) const {
-    canvas.Brush().SetStyle(bsClear);
-    canvas.SetFont(*font_);
-    const TSignalSettings& sig = *signalSettings_;
-    if (name2) {
-        r.Bottom -= sizes.Name2H;
-        canvas.TextOut(r.Left + Div(r.Width() - sizes.Name2W, 2), r.Bottom + t, sig.Name2());
-    }
-    if (name1) {
-        r.Bottom -= sizes.Name1H;
-        canvas.TextOut(r.Left + Div(r.Width() - sizes.Name1W, 2), r.Bottom + t, sig.Name1());
-    }
+    KxPaintNames(canvas, *font_, *signalSettings_, r, t, name1, name2, sizes);
 }
 
 }  // namespace kx

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <bit>
 
+#include "kx/framework/accessible.h"
+
 namespace kx {
 
 namespace {
@@ -87,6 +89,7 @@ void TKxBinGControl::propagate() {
 void TKxBinGControl::SetChecked(bool c) {
     if (c == checked_) return;
     checked_ = c;
+    KxAccessibleStateChanged(this);
     QPointer<TKxBinGControl> alive(this);
     updateBlinking();
     if (checked_) {
@@ -123,6 +126,7 @@ void TKxBinGControl::SetFrequencyValue(int f) {
 void TKxBinGControl::SetFlashing(bool f) {
     if (f == flashing_) return;
     flashing_ = f;
+    KxAccessibleDescriptionChanged(this);
     QPointer<TKxBinGControl> alive(this);
     updateBlinking();
     StatusChanged();

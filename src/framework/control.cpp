@@ -6,9 +6,12 @@
 #include <QPainter>
 #include <QToolTip>
 
+#include "kx/framework/accessible.h"
+
 namespace kx {
 
 TKxControl::TKxControl(QWidget* parent) : QWidget(parent) {
+    KxInstallAccessibility();
     // The surface is the only thing shown; nothing of the widget's own background.
     setAttribute(Qt::WA_OpaquePaintEvent, false);
     setAutoFillBackground(false);

@@ -29,7 +29,7 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
     EXPECT_EQ(all, (QStringList{"KxAnalogInd/TKxBar", "KxAnalogInd/TKxVBar", "KxAnalogInd/TKxHBar",
                                 "KxAnalogInd/TKxVMeter", "KxAnalogInd/TKxHMeter",
                                 "KxAnalogInd/TKx120Meter", "KxAnalogInd/TKx180Meter",
-                                "KxAnalogInd/TKx270Meter", "KxBinary/TKxLED",
+                                "KxAnalogInd/TKx270Meter", "KxAnalogAdj/TKxDial", "KxBinary/TKxLED",
                                 "KxBinary/TKxColBitBtn", "KxBinary/TKxRockerSwitch",
                                 "KxBinary/TKxToggleSwitch"}));
 
@@ -41,7 +41,7 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
         {"KxAnalogInd",
          {"TKxBar", "TKxVBar", "TKxHBar", "TKxVMeter", "TKxHMeter", "TKx120Meter", "TKx180Meter",
           "TKx270Meter"}},
-        {"KxAnalogAdj", {}},
+        {"KxAnalogAdj", {"TKxDial"}},
         {"KxBinary", {"TKxLED", "TKxColBitBtn", "TKxRockerSwitch", "TKxToggleSwitch"}},
         {"NoSuchPage", {}},
     };

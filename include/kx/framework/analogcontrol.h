@@ -48,6 +48,7 @@
 
 #include "kx/framework/control.h"
 #include "kx/framework/minmax.h"
+#include "kx/framework/names.h"
 #include "kx/framework/persistent.h"
 #include "kx/framework/sectorsettings.h"
 #include "kx/framework/signalsettings.h"
@@ -211,9 +212,7 @@ class TKxAnalogGControl : public TKxGraphicControl {
     void Paint() override;
 
     // The two name lines most instruments show at their bottom, measured in Font.
-    struct TNameSizes {
-        int32_t Name1W = 0, Name1H = 0, Name2W = 0, Name2H = 0;
-    };
+    using TNameSizes = ::kx::TNameSizes;
     TNameSizes MeasureNames(TCanvas& canvas) const;
     // Draws the chosen name lines in Font with a clear brush, each centred in r and
     // t pixels below the bottom r is moved up to (Name2 lowest, Name1 above it).

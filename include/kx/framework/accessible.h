@@ -1,0 +1,97 @@
+#pragma once
+// What screen readers and other assistive tools learn about the components, through Qt
+// accessibility.
+//
+// Analog controls (TKxAnalogGControl and descendants) are read-only indicators:
+//   role         QAccessible::Indicator. ProgressBar would map to more platform roles, but
+//                readers treat a progress bar as a running job: NVDA beeps and Orca speaks
+//                on every change, which a live reading would trigger without end
+//   Name         QWidget::accessibleName when set, else Name1, else the object name
+//   Value        ValueText, then a space and ValueUnit when there is a unit
+//   Description  the alarm state: "out of range", else "upper limit exceeded", else
+//                "lower limit exceeded", else "normal" (after accessibleDescription, when
+//                the application set one)
+//   Help         QWidget::whatsThis, else the tool tip (the hint)
+//   values       current Value, minimum ValueFrom, maximum ValueTo, step ValuePerDigit (0
+//                in logarithmic mode, where a digit has no constant value); setting the
+//                current value does nothing
+// Binary elements (TKxBinGControl and descendants):
+//   role         by what the operator can do: an element without focus (an LED) or in
+//                mIndicator mode is an Indicator, mSwitch a CheckBox, mRadioButton a
+//                RadioButton, mButton (momentary) a Button
+//   Name         accessibleName when set, else Caption with its "|" line breaks as spaces
+//   Value        "on" or "off" for indicators; nothing for the others, whose state says it
+//   Description  "blinking" while checked and flashing (after accessibleDescription)
+//   state        checkable and checked follow Checked; a Button is pressed instead; an
+//                Indicator is read-only
+//   actions      an operable element (focusable, not mIndicator, enabled) has press
+//                (mButton) or toggle (the others), which clicks it as the mouse does:
+//                OnClick and every mode behave as for a real click. Plus set-focus.
+// Texts are translatable in the context "KxAccessible".
+//
+// Setup: every component calls KxInstallAccessibility when it is made, so applications do
+// nothing. The notifications below are cheap while no assistive tool listens.
+// GUI thread only, like the components.
+#include <QAccessibleWidget>
+
+namespace kx {
+
+class TKxAnalogGControl;
+class TKxBinGControl;
+
+class TKxAnalogAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+  public:
+    explicit TKxAnalogAccessible(TKxAnalogGControl* control);
+
+    QString text(QAccessible::Text t) const override;
+    void* interface_cast(QAccessible::InterfaceType t) override;
+
+    QVariant currentValue() const override;
+    // Indicators show readings; a reader cannot set one.
+    void setCurrentValue(const QVariant& value) override;
+    QVariant maximumValue() const override;
+    QVariant minimumValue() const override;
+    QVariant minimumStepSize() const override;
+
+  private:
+    // Null once the control is being destroyed.
+    TKxAnalogGControl* control() const;
+};
+
+class TKxBinAccessible : public QAccessibleWidget {
+  public:
+    explicit TKxBinAccessible(TKxBinGControl* control);
+
+    QAccessible::Role role() const override;
+    QAccessible::State state() const override;
+    QString text(QAccessible::Text t) const override;
+
+    QStringList actionNames() const override;
+    void doAction(const QString& actionName) override;
+    QStringList keyBindingsForAction(const QString& actionName) const override;
+
+  private:
+    TKxBinGControl* control() const;
+    // The element's press or toggle action; empty when it is not operable now.
+    QString clickAction() const;
+};
+
+// The QAccessible::InterfaceFactory of the components: an interface above for analog
+// controls and binary elements, nullptr for any other object.
+QAccessibleInterface* KxAccessibleFactory(const QString& className, QObject* object);
+// Installs KxAccessibleFactory; calling it again changes nothing (Qt keeps one entry per
+// factory). Qt forgets factories when the application object is destroyed, so a later
+// application gets it installed again by its first component.
+void KxInstallAccessibility();
+
+// Notifications for assistive tools; each does nothing for a null control or while
+// QAccessible::isActive() is false (then not even the interface is looked up).
+// A new reading. A value exactly representable in single precision (the controls store
+// floats) is reported in its shortest decimal form, as currentValue reports it.
+void KxAccessibleValueChanged(QObject* control, double value);
+// A binary element's Checked changed (for a mButton element: its pressed state).
+void KxAccessibleStateChanged(QObject* control);
+// The Description changed: an analog control's alarm state, a binary element's blinking.
+void KxAccessibleDescriptionChanged(QObject* control);
+
+}  // namespace kx

@@ -1,0 +1,202 @@
+// The dial: layout, the pointer marks, what a reading redraws, and turning by mouse
+// across the bottom gap.
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QMouseEvent>
+#include <QWidget>
+#include <cmath>
+#include <memory>
+
+#include "common/test_env.h"
+#include "kx/adjusters/dial.h"
+#include "kx/drawing/geometry.h"
+
+namespace kx {
+namespace {
+
+// A point at mouse angle alpha (0 down, growing clockwise) and distance d from c.
+QPoint AtAngle(TPoint c, double alpha, double d = 20.0) {
+    const double rad = alpha * M_PI / 180.0;
+    return QPoint(int(std::lround(c.X - d * std::sin(rad))),
+                  int(std::lround(c.Y + d * std::cos(rad))));
+}
+
+void Mouse(QWidget* w, QEvent::Type type, QPoint p) {
+    const Qt::MouseButton b = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+    const Qt::MouseButtons held =
+        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
+    QMouseEvent e(type, QPointF(p), w->mapToGlobal(QPointF(p)), b, held, Qt::NoModifier);
+    QCoreApplication::sendEvent(w, &e);
+}
+
+class Dial : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        test::ResetEnvironment();
+        d_ = std::make_unique<TKxDial>(&form_);
+        d_->SetBounds(0, 0, 200, 260);
+        d_->Loaded();
+        d_->PaintToSurface();
+    }
+    QWidget form_;
+    std::unique_ptr<TKxDial> d_;
+};
+
+TEST_F(Dial, DragsTurnThePointerAndNeverJumpTheGap) {
+    const struct {
+        const char* name;
+        int32_t from;      // digit before
+        double press, to;  // mouse angles
+        int32_t expect;
+        int steps;  // the pointer re-reads its angle from each new digit, so small steps
+                    // round on the way: exact results come from one step
+    } cases[] = {
+        {"to 135 degrees", 0, 45.0, 180.0, 500, 1},
+        {"a quarter up", 500, 180.0, 270.0, 833, 1},
+        {"back down", 500, 180.0, 90.0, 167, 1},
+        {"beyond the end stops at 270", 900, 270.0, 330.0, 1000, 6},
+        // Through the bottom gap (mouse angles past 360 or below 0) the pointer stays put.
+        {"across the gap from the end", 1000, 315.0, 420.0, 1000, 12},
+        {"across the gap from the start", 0, 45.0, -60.0, 0, 12},
+        {"a press alone changes nothing", 333, 180.0, 180.0, 333, 3},
+    };
+    for (const auto& t : cases) {
+        d_->SetDigit(t.from);
+        const TPoint c = d_->FaceCentre();
+        Mouse(d_.get(), QEvent::MouseButtonPress, AtAngle(c, t.press));
+        ASSERT_TRUE(d_->Sliding()) << t.name;
+        // Several small steps, as a real drag sends them, far out for exact directions.
+        const int steps = t.steps;
+        for (int i = 1; i <= steps; ++i)
+            Mouse(d_.get(), QEvent::MouseMove,
+                  AtAngle(c, t.press + (t.to - t.press) * i / steps, 5000.0));
+        EXPECT_EQ(d_->Digit(), t.expect) << t.name;
+        Mouse(d_.get(), QEvent::MouseButtonRelease, AtAngle(c, t.to));
+    }
+}
+
+TEST_F(Dial, AJumpOverTheGapInOneStepIsUnwrapped) {
+    d_->SetDigit(1000);
+    const TPoint c = d_->FaceCentre();
+    Mouse(d_.get(), QEvent::MouseButtonPress, AtAngle(c, 315.0));
+    // +90 through the gap, not -270: the pointer stays at its end.
+    Mouse(d_.get(), QEvent::MouseMove, AtAngle(c, 45.0, 5000.0));
+    EXPECT_EQ(d_->Digit(), 1000);
+    EXPECT_FLOAT_EQ(d_->PointerAngle(), 270.0f);
+    // Turning back moves it at once: -45, then -60 back through the gap.
+    Mouse(d_.get(), QEvent::MouseMove, AtAngle(c, 0.0, 5000.0));
+    EXPECT_EQ(d_->Digit(), 833);
+    Mouse(d_.get(), QEvent::MouseMove, AtAngle(c, 300.0, 5000.0));
+    EXPECT_EQ(d_->Digit(), 611);
+}
+
+TEST_F(Dial, PointerFollowsTheValueAndStartsLowerLeft) {
+    const struct {
+        float value;
+        float angle;
+    } cases[] = {{0.0f, 0.0f}, {50.0f, 135.0f}, {100.0f, 270.0f}, {25.0f, 67.5f}};
+    for (const auto& t : cases) {
+        d_->SetValue(t.value);
+        EXPECT_FLOAT_EQ(d_->PointerAngle(), t.angle) << t.value;
+    }
+    // At 0 the spot lies lower left of the centre, at 135 degrees straight above it.
+    d_->SetValue(0.0f);
+    const TPoint c = d_->FaceCentre();
+    const TPoint start = d_->PointerPoints().at(0);
+    EXPECT_LT(start.X, c.X);
+    EXPECT_GT(start.Y, c.Y);
+    d_->SetValue(50.0f);
+    const TPoint top = d_->PointerPoints().at(0);
+    EXPECT_EQ(top.X, c.X);
+    EXPECT_LT(top.Y, c.Y);
+}
+
+TEST_F(Dial, PointerMarksInTheirColours) {
+    d_->SetValue(50.0f);  // straight up
+    const TPoint c = d_->FaceCentre();
+    const TRect face = d_->FaceRect();
+    const int32_t radius = KxGetRadius(face);
+    // dpRound: a spot centred R - 4 - 3 from the centre, filled with ColorNonFocus.
+    EXPECT_EQ(d_->PointerPoints().at(0), (TPoint{c.X, c.Y - (radius - 4 - 3)}));
+    EXPECT_EQ(d_->Surface().Pixel(c.X, c.Y - (radius - 7)), clGreen);
+    // dpLine: two pixels wide from R - 3 to R - 3 - 16.
+    d_->SetPointerType(TKxDial::dpLine);
+    d_->PaintToSurface();
+    const auto line = d_->PointerPoints();
+    ASSERT_EQ(line.size(), 2u);
+    // Turned to the start and back to the top, each end may be a pixel off its ideal.
+    EXPECT_NEAR(line[0].Y, c.Y - (radius - 3), 1);
+    EXPECT_NEAR(line[1].Y, c.Y - (radius - 19), 1);
+    EXPECT_NEAR(line[0].X, c.X, 1);
+    const int32_t midY = (line[0].Y + line[1].Y) / 2;
+    int green = 0;
+    for (int x = c.X - 3; x <= c.X + 3; ++x)
+        green += d_->Surface().Pixel(x, midY) == clGreen;
+    EXPECT_EQ(green, 2);
+    // dpTriangle: black outline, filled with the colour.
+    d_->SetPointerType(TKxDial::dpTriangle);
+    d_->PaintToSurface();
+    const auto tri = d_->PointerPoints();
+    ASSERT_EQ(tri.size(), 3u);
+    EXPECT_NEAR(tri[1].X, c.X - 4, 1);
+    EXPECT_NEAR(tri[1].Y, c.Y - (radius - 11), 1);
+    EXPECT_EQ(d_->Surface().Pixel(tri[0].X, tri[0].Y + 1), clBlack);
+    EXPECT_EQ(d_->Surface().Pixel(c.X, tri[1].Y - 2), clGreen);
+    // Disabled: the button shadow.
+    d_->setEnabled(false);
+    EXPECT_EQ(d_->Surface().Pixel(c.X, tri[1].Y - 2), ColorToRGB(clBtnShadow));
+}
+
+TEST_F(Dial, AReadingRedrawsOnlyTheFaceAndTheNumber) {
+    d_->SetValue(10.0f);
+    const QImage before = d_->Surface().Image().copy();
+    d_->SetValue(70.0f);
+    const QImage after = d_->Surface().Image();
+    const TRect face = d_->FaceRect(), number = d_->ValueBoxRect();
+    int changed = 0;
+    for (int y = 0; y < after.height(); ++y)
+        for (int x = 0; x < after.width(); ++x)
+            if (before.pixel(x, y) != after.pixel(x, y)) {
+                ++changed;
+                EXPECT_TRUE(KxInRect(x, y, face) || KxInRect(x, y, number)) << x << "," << y;
+            }
+    EXPECT_GT(changed, 0);
+}
+
+TEST_F(Dial, LayoutGivesWayToTheFace) {
+    d_->SignalSettings()->SetName1("Setpoint");
+    d_->PaintToSurface();
+    const TRect withBox = d_->FaceRect();
+    EXPECT_GE(withBox.Top, d_->ValueBoxRect().Bottom);
+    d_->SetOptions(TKxDial::kAllOptions & ~TKxDial::DialOption(TKxDial::opValue));
+    d_->PaintToSurface();
+    EXPECT_EQ(d_->ValueBoxRect(), TRect{});
+    EXPECT_LT(d_->FaceRect().Top, withBox.Top);  // the face moves up
+    // Tiny controls: no part overlaps another and nothing leaves the control.
+    d_->SetOptions(TKxDial::kAllOptions);
+    for (QSize s : {QSize(30, 30), QSize(60, 80), QSize(40, 200), QSize(300, 60), QSize(5, 5),
+                    QSize(113, 161)}) {
+        d_->SetBounds(0, 0, s.width(), s.height());
+        d_->PaintToSurface();
+        const TRect face = d_->FaceRect(), box = d_->ValueBoxRect();
+        if (box.Right > box.Left) {
+            EXPECT_GE(face.Top, box.Bottom) << s.width() << "x" << s.height();
+            EXPECT_GE(box.Left, 0);
+            EXPECT_LE(box.Right, s.width());
+        }
+        d_->SetValue(float(s.width() % 100));
+    }
+}
+
+TEST_F(Dial, KeysAndWheelTurnThePointer) {
+    d_->SetDigit(500);
+    QKeyEvent up(QEvent::KeyPress, Qt::Key_PageUp, Qt::NoModifier);
+    QCoreApplication::sendEvent(d_.get(), &up);
+    EXPECT_EQ(d_->Digit(), 510);
+    EXPECT_FLOAT_EQ(d_->PointerAngle(), 510 * 270 / 1000.0f);
+    EXPECT_EQ(d_->ValueText(), "51.0");
+}
+
+}  // namespace
+}  // namespace kx
