@@ -239,7 +239,7 @@ void TKxDial::drawPointer() {
     w.Pen().SetStyle(psSolid);
     switch (pointerType_) {
         case dpRound:
-            KxCircleAtPoint(w, pts[0], spotRadius_, color, color);
+            drawSpot(w, pts[0], color);
             break;
         case dpLine:
             w.Pen().SetWidth(2);
@@ -259,6 +259,24 @@ void TKxDial::drawPointer() {
     TCanvas& c = Canvas();
     c.SetCopyMode(cmSrcCopy);
     c.CopyRect(face_, w, whole);
+}
+
+void TKxDial::drawSpot(TCanvas& canvas, TPoint p, TColor color) {
+    // The spot is the same picture at every angle: drawn once, then blended in place. On
+    // a scaled grid the picture's pixels would not meet the face's, so it is drawn there.
+    if (canvas.DeviceRatio() != 1.0) {
+        KxCircleAtPoint(canvas, p, spotRadius_, color, color);
+        return;
+    }
+    const int32_t r = spotRadius_, size = 2 * r + 3;
+    if (spot_.Width() != size || spotColor_ != color) {
+        spot_.SetSize(size, size);
+        spot_.ClearTransparent();
+        spot_.SetTransparent(true);
+        KxCircleAtPoint(spot_.Canvas(), TPoint{r + 1, r + 1}, r, color, color);
+        spotColor_ = color;
+    }
+    canvas.Draw(p.X - r - 1, p.Y - r - 1, spot_);
 }
 
 void TKxDial::mousePressEvent(QMouseEvent* e) {

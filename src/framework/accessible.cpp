@@ -6,7 +6,9 @@
 #include <QPointer>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
+#include "kx/framework/adjuster.h"
 #include "kx/framework/analogcontrol.h"
 #include "kx/framework/binarycontrol.h"
 #include "kx/framework/single.h"
@@ -45,6 +47,28 @@ QString joined(const QString& own, const QString& state) {
 
 QString helpText(const QWidget& w) {
     return w.whatsThis().isEmpty() ? w.toolTip() : w.whatsThis();
+}
+
+// Before the first evaluation an indicator has no formatted text yet.
+QString valueText(const QString& formatted, float value, const TSignalSettings& s) {
+    const QString text =
+        formatted.isEmpty() ? QString::number(decimalOf(value)) : formatted.trimmed();
+    return s.ValueUnit().isEmpty() ? text : text + QLatin1Char(' ') + s.ValueUnit();
+}
+
+QString nameOf(const QWidget& w, const TSignalSettings& s) {
+    if (!w.accessibleName().isEmpty()) return w.accessibleName();
+    return s.Name1().isEmpty() ? w.objectName() : s.Name1();
+}
+
+// The framework cannot link the dial, so the class name decides. The chain is walked
+// because a descendant of a dial with a name of its own is still turned like one.
+QAccessible::Role adjusterRole(const TKxAnalogCControl& c) {
+    for (const QMetaObject* m = c.metaObject(); m && m != &TKxAnalogCControl::staticMetaObject;
+         m = m->superClass()) {
+        if (std::strstr(m->className(), "Dial")) return QAccessible::Dial;
+    }
+    return QAccessible::Slider;
 }
 
 QString alarmText(const TKxAnalogGControl& c) {
@@ -91,18 +115,10 @@ QString TKxAnalogAccessible::text(QAccessible::Text t) const {
     const TKxAnalogGControl* c = control();
     if (!c) return QAccessibleWidget::text(t);
     switch (t) {
-        case QAccessible::Name: {
-            if (!c->accessibleName().isEmpty()) return c->accessibleName();
-            const QString& name1 = c->SignalSettings()->Name1();
-            return name1.isEmpty() ? c->objectName() : name1;
-        }
-        case QAccessible::Value: {
-            // Before the first evaluation there is no formatted text yet.
-            const QString value = c->ValueText().isEmpty() ? QString::number(decimalOf(c->Value()))
-                                                           : c->ValueText().trimmed();
-            const QString& unit = c->SignalSettings()->ValueUnit();
-            return unit.isEmpty() ? value : value + QLatin1Char(' ') + unit;
-        }
+        case QAccessible::Name:
+            return nameOf(*c, *c->SignalSettings());
+        case QAccessible::Value:
+            return valueText(c->ValueText(), c->Value(), *c->SignalSettings());
         case QAccessible::Description:
             return joined(c->accessibleDescription(), alarmText(*c));
         case QAccessible::Help:
@@ -138,6 +154,76 @@ QVariant TKxAnalogAccessible::minimumStepSize() const {
     const TKxAnalogGControl* c = control();
     if (!c) return QVariant();
     return c->LogScale() ? 0.0 : decimalOf(c->SignalSettings()->ValuePerDigit());
+}
+
+// --- adjusters ------------------------------------------------------------------------
+
+TKxAdjusterAccessible::TKxAdjusterAccessible(TKxAnalogCControl* control)
+    : QAccessibleWidget(control, adjusterRole(*control)) {}
+
+TKxAnalogCControl* TKxAdjusterAccessible::control() const {
+    return qobject_cast<TKxAnalogCControl*>(object());
+}
+
+QString TKxAdjusterAccessible::text(QAccessible::Text t) const {
+    const TKxAnalogCControl* c = control();
+    if (!c) return QAccessibleWidget::text(t);
+    switch (t) {
+        case QAccessible::Name:
+            return nameOf(*c, *c->SignalSettings());
+        case QAccessible::Value:
+            return valueText(c->ValueText(), c->Value(), *c->SignalSettings());
+        case QAccessible::Description:
+            // QAccessibleWidget would fall back to the tool tip, which Help already gives.
+            return c->accessibleDescription();
+        case QAccessible::Help:
+            return helpText(*c);
+        default:
+            return QAccessibleWidget::text(t);
+    }
+}
+
+void* TKxAdjusterAccessible::interface_cast(QAccessible::InterfaceType t) {
+    if (t == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+    return QAccessibleWidget::interface_cast(t);
+}
+
+QVariant TKxAdjusterAccessible::currentValue() const {
+    const TKxAnalogCControl* c = control();
+    return c ? QVariant(decimalOf(c->Value())) : QVariant();
+}
+
+void TKxAdjusterAccessible::setCurrentValue(const QVariant& value) {
+    TKxAnalogCControl* c = control();
+    bool ok = false;
+    const double v = value.toDouble(&ok);
+    if (!c || !ok || std::isnan(v)) return;
+    const int32_t digit = c->Digit();
+    const float before = c->Value();
+    QPointer<TKxAnalogCControl> alive(c);
+    c->setValue(v);
+    // SetValue leaves a value that stays on the current digit unsnapped; the grid point
+    // is the value it already had.
+    if (alive && c->Digit() == digit && c->Value() != before) c->SetValue(before);
+}
+
+QVariant TKxAdjusterAccessible::maximumValue() const {
+    const TKxAnalogCControl* c = control();
+    return c ? QVariant(decimalOf(c->SignalSettings()->ValueTo())) : QVariant();
+}
+
+QVariant TKxAdjusterAccessible::minimumValue() const {
+    const TKxAnalogCControl* c = control();
+    return c ? QVariant(decimalOf(c->SignalSettings()->ValueFrom())) : QVariant();
+}
+
+QVariant TKxAdjusterAccessible::minimumStepSize() const {
+    const TKxAnalogCControl* c = control();
+    if (!c) return QVariant();
+    // What one arrow key moves, from the digit's decimal: 0.01f x 10 in single precision
+    // is not 0.1f. A reversed digit span or ChangeSmall would make it negative.
+    const double step = decimalOf(c->SignalSettings()->ValuePerDigit()) * c->ChangeSmall();
+    return decimalOf(ToSingle(std::fabs(step)));
 }
 
 // --- binary ----------------------------------------------------------------------------
@@ -231,6 +317,8 @@ QAccessibleInterface* KxAccessibleFactory(const QString&, QObject* object) {
     // covers every descendant, also those without Q_OBJECT.
     if (auto* analog = qobject_cast<TKxAnalogGControl*>(object))
         return new TKxAnalogAccessible(analog);
+    if (auto* adjuster = qobject_cast<TKxAnalogCControl*>(object))
+        return new TKxAdjusterAccessible(adjuster);
     if (auto* binary = qobject_cast<TKxBinGControl*>(object)) return new TKxBinAccessible(binary);
     return nullptr;
 }

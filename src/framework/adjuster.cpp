@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "kx/drawing/geometry.h"
+#include "kx/framework/accessible.h"
 #include "kx/host/formatfloat.h"
 #include "kx/host/numeric.h"
 
@@ -52,17 +53,30 @@ void TKxAnalogCControl::SetValue(float v) {
     if (v > signalSettings_->ValueTo()) v = signalSettings_->ValueTo();
     if (v < signalSettings_->ValueFrom()) v = signalSettings_->ValueFrom();
     value_ = v;
-    SetDigit(digitOf(value_));
+    const int32_t d = digitOf(value_);
+    if (d == digit_ && UpdateCount() == 0) {
+        // Nothing changes, but the value still lies on the digit grid.
+        value_ = gridValue(digit_);
+        return;
+    }
+    SetDigit(d);
+}
+
+float TKxAnalogCControl::gridValue(int32_t digit) const {
+    const TSignalSettings& s = *signalSettings_;
+    return s.ValueFrom() + float(int64_t(digit) - s.DigitalFrom()) * s.ValuePerDigit();
 }
 
 void TKxAnalogCControl::SetDigit(int32_t d) {
     if (d == digit_ && UpdateCount() == 0) return;
     const TSignalSettings& s = *signalSettings_;
     digit_ = clampDigit(d, s);
-    value_ = s.ValueFrom() + float(int64_t(digit_) - s.DigitalFrom()) * s.ValuePerDigit();
+    value_ = gridValue(digit_);
     QPointer<TKxAnalogCControl> alive(this);
     ValueChange();
     if (!alive) return;
+    // Before the handlers, which may delete the control.
+    KxAccessibleValueChanged(this, value_);
     emit OnValueChange(this);
     if (alive) valueChangedPending_ = true;
 }

@@ -1,5 +1,6 @@
 #include "kx/host/canvas.h"
 
+#include <QGlyphRun>
 #include <QPainterPath>
 #include <algorithm>
 #include <cmath>
@@ -747,7 +748,10 @@ void TCanvas::TextOut(int32_t x, int32_t y, const QString& text) {
     QPainter& p = painter();
     p.setCompositionMode(QPainter::CompositionMode_SourceOver);
     const QFontMetrics& fm = font_.Metrics();
-    const int w = fm.horizontalAdvance(text);
+    QGlyphRun number;
+    int w = 0;
+    const bool isNumber = font_.LayOutNumber(text, &number, w);
+    if (!isNumber) w = fm.horizontalAdvance(text);
     const int asc = fm.ascent(), h = fm.ascent() + fm.descent();
     int dx = 0;
     if ((textAlign_ & TA_CENTER) == TA_CENTER)
@@ -787,11 +791,16 @@ void TCanvas::TextOut(int32_t x, int32_t y, const QString& text) {
     }
     p.setFont(font_.ToQFont());
     p.setPen(ToQColor(font_.Color()));
-    p.drawText(QPoint(dx, top + asc), text);
+    if (isNumber)
+        p.drawGlyphRun(QPointF(dx, top + asc), number);
+    else
+        p.drawText(QPoint(dx, top + asc), text);
     if (rotated || scaled()) p.restore();
 }
 
 int32_t TCanvas::TextWidth(const QString& text) {
+    int w = 0;
+    if (font_.LayOutNumber(text, nullptr, w)) return w;
     return font_.Metrics().horizontalAdvance(text);
 }
 

@@ -1,5 +1,7 @@
 #include "kx/host/graphics.h"
 
+#include <QGlyphRun>
+#include <QRawFont>
 #include <algorithm>
 #include <cstdlib>
 
@@ -77,6 +79,8 @@ int32_t mulDiv(int32_t a, int32_t b, int32_t c) {
 void TFont::invalidate() {
     qfont_.reset();
     metrics_.reset();
+    raw_.reset();
+    numbersPlain_ = -1;
 }
 
 void TFont::SetName(const QString& n) {
@@ -181,6 +185,64 @@ const QFont& TFont::ToQFont() const {
         qfont_ = std::move(f);
     }
     return *qfont_;
+}
+
+namespace {
+
+const QString& numberChars() {
+    static const QString chars = QStringLiteral("0123456789.,-+E#% ");
+    return chars;
+}
+
+}  // namespace
+
+bool TFont::LayOutNumber(const QString& text, QGlyphRun* run, int& width) const {
+    const QString& chars = numberChars();
+    if (text.isEmpty() || text.size() > 64) return false;
+    std::array<qsizetype, 64> index{};
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        index[size_t(i)] = chars.indexOf(text[i]);
+        if (index[size_t(i)] < 0) return false;
+    }
+    if (numbersPlain_ < 0) {
+        const QFontMetrics& fm = Metrics();
+        raw_ = std::make_unique<QRawFont>(QRawFont::fromFont(ToQFont()));
+        bool plain = raw_->isValid();
+        for (qsizetype i = 0; plain && i < chars.size(); ++i) {
+            numberGlyph_[size_t(i)] = raw_->glyphIndexesForString(QString(chars[i])).value(0);
+            numberAdvance_[size_t(i)] = fm.horizontalAdvance(chars[i]);
+            plain = numberGlyph_[size_t(i)] != 0;
+            for (qsizetype j = 0; plain && j < chars.size(); ++j) {
+                const QString pair = QString(chars[i]) + chars[j];
+                plain = fm.horizontalAdvance(pair) ==
+                        fm.horizontalAdvance(chars[i]) + fm.horizontalAdvance(chars[j]);
+            }
+        }
+        numbersPlain_ = plain ? 1 : 0;
+    }
+    if (numbersPlain_ == 0) return false;
+    int x = 0;
+    QList<QPointF> positions;
+    QList<quint32> glyphs;
+    if (run) {
+        positions.reserve(text.size());
+        glyphs.reserve(text.size());
+    }
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const size_t k = size_t(index[size_t(i)]);
+        if (run) {
+            positions.append(QPointF(x, 0));
+            glyphs.append(numberGlyph_[k]);
+        }
+        x += numberAdvance_[k];
+    }
+    width = x;
+    if (run) {
+        run->setRawFont(*raw_);
+        run->setGlyphIndexes(glyphs);
+        run->setPositions(positions);
+    }
+    return true;
 }
 
 const QFontMetrics& TFont::Metrics() const {

@@ -1,18 +1,46 @@
-// Accessibility: what assistive tools read from analog controls and binary elements, what
-// the actions of an element do, and when notifications go out.
+// Accessibility: what assistive tools read from analog controls, adjusters and binary
+// elements, what the actions of an element do, what setting a value does, and when
+// notifications go out.
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
 #include <QAccessible>
+#include <QKeyEvent>
 #include <QLocale>
 #include <QWidget>
+#include <cmath>
+#include <functional>
+#include <limits>
+#include <memory>
 #include <string>
 #include <tuple>
 #include <vector>
 
 #include "kx/framework/accessible.h"
+#include "kx/framework/adjuster.h"
 #include "kx/framework/analogcontrol.h"
 #include "kx/framework/binarycontrol.h"
+
+// Adjusters that only differ in their class names, which decide the role.
+namespace kxtest {
+class GaugeDial : public kx::TKxAnalogCControl {
+    Q_OBJECT
+  public:
+    using TKxAnalogCControl::TKxAnalogCControl;
+};
+// A dial's descendant with a name of its own.
+class Knob : public GaugeDial {
+    Q_OBJECT
+  public:
+    using GaugeDial::GaugeDial;
+};
+// "dial" in lower case is part of another word.
+class RadialFader : public kx::TKxAnalogCControl {
+    Q_OBJECT
+  public:
+    using TKxAnalogCControl::TKxAnalogCControl;
+};
+}  // namespace kxtest
 
 namespace kx {
 namespace {
@@ -133,6 +161,121 @@ TEST(AccessibleAnalog, ValueBoundsAndReadOnlyReading) {
         v->setCurrentValue(80.0);
         EXPECT_EQ(c.Value(), 10.0f);
         EXPECT_EQ(changes, 0);
+    }
+}
+
+TEST(AccessibleAdjuster, RoleFromTheClassNameAndWidgetState) {
+    const struct {
+        const char* what;
+        std::function<TKxAnalogCControl*()> make;
+        QAccessible::Role role;
+    } cases[] = {
+        {"plain", [] { return new TKxAnalogCControl; }, QAccessible::Slider},
+        {"GaugeDial", [] { return new kxtest::GaugeDial; }, QAccessible::Dial},
+        {"Knob", [] { return new kxtest::Knob; }, QAccessible::Dial},
+        {"RadialFader", [] { return new kxtest::RadialFader; }, QAccessible::Slider},
+    };
+    for (const auto& t : cases) {
+        SCOPED_TRACE(t.what);
+        std::unique_ptr<TKxAnalogCControl> c(t.make());
+        c->Loaded();
+        QAccessibleInterface* a = Query(c.get());
+        ASSERT_TRUE(dynamic_cast<TKxAdjusterAccessible*>(a));
+        EXPECT_EQ(a->role(), t.role);
+        EXPECT_TRUE(a->state().focusable);
+        EXPECT_FALSE(a->state().disabled);
+        c->setEnabled(false);
+        EXPECT_TRUE(a->state().disabled);
+    }
+}
+
+TEST(AccessibleAdjuster, TextsFallBackInOrder) {
+    const struct {
+        const char *name1, *accessibleName, *accessibleDescription, *toolTip, *unit;
+        const char *name, *value, *description, *help;
+    } cases[] = {
+        {"", "", "", "", "", "knob1", "42.5", "", ""},
+        {"Setpoint", "", "", "Turn to set", "\u00b0C", "Setpoint", "42.5 \u00b0C", "",
+         "Turn to set"},  // the tool tip is help, not description
+        {"Setpoint", "Boiler setpoint", "TC-7", "", "bar", "Boiler setpoint", "42.5 bar", "TC-7",
+         ""},
+    };
+    for (const auto& t : cases) {
+        SCOPED_TRACE(t.name);
+        TKxAnalogCControl c;
+        c.setObjectName(QStringLiteral("knob1"));
+        c.SignalSettings()->SetName1(QString::fromUtf8(t.name1));
+        c.SignalSettings()->SetValueUnit(QString::fromUtf8(t.unit));
+        c.setAccessibleName(QString::fromUtf8(t.accessibleName));
+        c.setAccessibleDescription(QString::fromUtf8(t.accessibleDescription));
+        c.setToolTip(QString::fromUtf8(t.toolTip));
+        c.Loaded();
+        c.SetValue(42.5f);
+        QAccessibleInterface* a = Query(&c);
+        EXPECT_EQ(a->text(QAccessible::Name), QString::fromUtf8(t.name));
+        EXPECT_EQ(a->text(QAccessible::Value), QString::fromUtf8(t.value));
+        EXPECT_EQ(a->text(QAccessible::Description), QString::fromUtf8(t.description));
+        EXPECT_EQ(a->text(QAccessible::Help), QString::fromUtf8(t.help));
+    }
+}
+
+TEST(AccessibleAdjuster, BoundsAndStepOfOneArrowKey) {
+    const struct {
+        float from, to;
+        int32_t digits, changeSmall;
+        double min, max, step;
+    } cases[] = {
+        {0.0f, 100.0f, 1000, 1, 0.0, 100.0, 0.1},  {-50.0f, 50.0f, 200, 5, -50.0, 50.0, 2.5},
+        {0.0f, 1.0f, 100, 10, 0.0, 1.0, 0.1},      // decimal, not 0.01f x 10 widened
+        {0.0f, 100.0f, 1000, 3, 0.0, 100.0, 0.3},  // not 0.1 x 3 = 0.30000000000000004
+        {0.0f, 100.0f, 1000, -2, 0.0, 100.0, 0.2},
+    };
+    for (const auto& t : cases) {
+        SCOPED_TRACE(testing::Message() << t.to << " " << t.changeSmall);
+        TKxAnalogCControl c;
+        c.SignalSettings()->SetValueFrom(t.from);
+        c.SignalSettings()->SetValueTo(t.to);
+        c.SignalSettings()->SetDigitalTo(t.digits);
+        c.SetChangeSmall(t.changeSmall);
+        c.Loaded();
+        QAccessibleValueInterface* v = Query(&c)->valueInterface();
+        ASSERT_TRUE(v);
+        EXPECT_EQ(v->minimumValue().toDouble(), t.min);
+        EXPECT_EQ(v->maximumValue().toDouble(), t.max);
+        EXPECT_EQ(v->minimumStepSize().toDouble(), t.step);
+    }
+}
+
+TEST(AccessibleAdjuster, SettingTheValueClampsSnapsAndReports) {
+    const double inf = std::numeric_limits<double>::infinity();
+    const struct {
+        QVariant input;
+        double value;
+        const char* text;
+        int changes;
+    } cases[] = {
+        {150.0, 100.0, "100.0 %", 1},
+        {-5.0, 0.0, "0.0 %", 1},
+        {33.333, 33.3, "33.3 %", 1},
+        {50.04, 50.0, "50.0 %", 0},  // rounds to the digit it is on: no change
+        {QStringLiteral("75"), 75.0, "75.0 %", 1},
+        {inf, 100.0, "100.0 %", 1},
+        {std::nan(""), 50.0, "50.0 %", 0},
+        {QVariant(), 50.0, "50.0 %", 0},
+        {QStringLiteral("high"), 50.0, "50.0 %", 0},
+    };
+    for (const auto& t : cases) {
+        SCOPED_TRACE(t.input.toString().toStdString());
+        TKxAnalogCControl c;  // 0..100 % in 1000 digits
+        c.Loaded();
+        c.SetValue(50.0f);
+        int changes = 0;
+        QObject::connect(&c, &TKxAnalogCControl::OnValueChange, [&] { ++changes; });
+        QAccessibleInterface* a = Query(&c);
+        a->valueInterface()->setCurrentValue(t.input);
+        EXPECT_EQ(a->valueInterface()->currentValue().toDouble(), t.value);
+        EXPECT_EQ(a->text(QAccessible::Value), QString::fromUtf8(t.text));
+        EXPECT_EQ(changes, t.changes);
     }
 }
 
@@ -357,5 +500,32 @@ TEST_F(AccessibleEvents, SentWithWhatChangedWhileAToolListens) {
     EXPECT_EQ(seen, QStringList{"meter value 0.3"});
 }
 
+TEST_F(AccessibleEvents, AdjusterReportsEachAcceptedChangeBeforeItsHandlers) {
+    TKxAnalogCControl knob;
+    knob.setObjectName("knob");
+    knob.Loaded();
+    knob.SetValue(99.8f);
+    QObject::connect(&knob, &TKxAnalogCControl::OnValueChange,
+                     [&] { seen << "knob OnValueChange"; });
+    const auto press = [&](Qt::Key key) {
+        QKeyEvent e(QEvent::KeyPress, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(&knob, &e);
+    };
+    press(Qt::Key_Up);
+    ASSERT_EQ(seen, QStringList{"knob OnValueChange"});  // nobody listens: no event
+
+    if (!SetAccessibilityActive(true))
+        GTEST_SKIP() << "cannot switch this platform's accessibility on";
+    seen.clear();
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);  // at the end already: nothing accepted, nothing sent
+    press(Qt::Key_Home);
+    Query(&knob)->valueInterface()->setCurrentValue(12.34);
+    EXPECT_EQ(seen, (QStringList{"knob value 100", "knob OnValueChange", "knob value 0",
+                                 "knob OnValueChange", "knob value 12.3", "knob OnValueChange"}));
+}
+
 }  // namespace
 }  // namespace kx
+
+#include "accessible_test.moc"

@@ -147,6 +147,7 @@ class TKxDial : public TKxAnalogCControl {
     TRect paintValueBox(TCanvas& c, TRect r, const TBoxSize& box);
     void layoutPointer();
     void drawPointer();
+    void drawSpot(TCanvas& canvas, TPoint p, TColor color);
 
     TKxSBevel* bevelOuter_;
     TKxSBevel* bevelValue_;
@@ -156,6 +157,8 @@ class TKxDial : public TKxAnalogCControl {
     TBitmap background_;
     TBitmap work_;
     TBitmap numberCache_;
+    TBitmap spot_;  // the round mark, kept for its colour and size
+    TColor spotColor_ = clNone;
     TRect face_{};
     TRect number_{};
     TPoint centre_{};

@@ -27,6 +27,20 @@
 //   actions      an operable element (focusable, not mIndicator, enabled) has press
 //                (mButton) or toggle (the others), which clicks it as the mouse does:
 //                OnClick and every mode behave as for a real click. Plus set-focus.
+// Adjusters (TKxAnalogCControl and descendants), with which the operator sets a value:
+//   role         QAccessible::Dial when the class, or a base between it and
+//                TKxAnalogCControl, has "Dial" in its name (TKxDial and what derives from
+//                it; the framework cannot link the dial itself), else QAccessible::Slider.
+//                A descendant without Q_OBJECT carries its base's name, so its role too
+//   Name         accessibleName when set, else Name1, else the object name
+//   Value        ValueText, then a space and ValueUnit when there is a unit
+//   Description  accessibleDescription (no tool tip: that is Help)
+//   Help         whatsThis, else the tool tip
+//   values       current Value, minimum ValueFrom, maximum ValueTo, step ValuePerDigit x
+//                ChangeSmall (what an arrow key moves). Setting the current value goes
+//                through SetValue as any change: clamped to the range, snapped to the
+//                digit grid, OnValueChange on a change; NaN and non-numbers are ignored
+//   state        focusable, focused and disabled as for any widget
 // Texts are translatable in the context "KxAccessible".
 //
 // Setup: every component calls KxInstallAccessibility when it is made, so applications do
@@ -36,6 +50,7 @@
 
 namespace kx {
 
+class TKxAnalogCControl;
 class TKxAnalogGControl;
 class TKxBinGControl;
 
@@ -76,8 +91,25 @@ class TKxBinAccessible : public QAccessibleWidget {
     QString clickAction() const;
 };
 
+class TKxAdjusterAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+  public:
+    explicit TKxAdjusterAccessible(TKxAnalogCControl* control);
+
+    QString text(QAccessible::Text t) const override;
+    void* interface_cast(QAccessible::InterfaceType t) override;
+
+    QVariant currentValue() const override;
+    void setCurrentValue(const QVariant& value) override;
+    QVariant maximumValue() const override;
+    QVariant minimumValue() const override;
+    QVariant minimumStepSize() const override;
+
+  private:
+    TKxAnalogCControl* control() const;
+};
+
 // The QAccessible::InterfaceFactory of the components: an interface above for analog
-// controls and binary elements, nullptr for any other object.
+// controls, adjusters and binary elements, nullptr for any other object.
 QAccessibleInterface* KxAccessibleFactory(const QString& className, QObject* object);
 // Installs KxAccessibleFactory; calling it again changes nothing (Qt keeps one entry per
 // factory). Qt forgets factories when the application object is destroyed, so a later
@@ -86,7 +118,7 @@ void KxInstallAccessibility();
 
 // Notifications for assistive tools; each does nothing for a null control or while
 // QAccessible::isActive() is false (then not even the interface is looked up).
-// A new reading. A value exactly representable in single precision (the controls store
+// A new reading or setting. A value exactly representable in single precision (the controls store
 // floats) is reported in its shortest decimal form, as currentValue reports it.
 void KxAccessibleValueChanged(QObject* control, double value);
 // A binary element's Checked changed (for a mButton element: its pressed state).

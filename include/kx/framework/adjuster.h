@@ -8,7 +8,8 @@
 // Properties:
 //   Digit          int32: the value as a raw count, clamped to DigitalTo, then DigitalFrom
 //   Value          Single, 0: clamped to ValueFrom..ValueTo, then snapped to the digit grid
-//                  (Value = ValueFrom + (Digit - DigitalFrom) x ValuePerDigit)
+//                  (Value = ValueFrom + (Digit - DigitalFrom) x ValuePerDigit); a value on
+//                  the current digit is snapped to it without any event
 //   ChangeLarge    int32, 10: digits per Page Up / Page Down
 //   ChangeSmall    int32, 1: digits per arrow key or wheel notch
 //   SignalSettings TSignalSettings (owned): range, digits, format, names, unit
@@ -177,6 +178,7 @@ class TKxAnalogCControl : public TKxCustomControl {
 
   private:
     int32_t digitOf(float value) const;
+    float gridValue(int32_t digit) const;
     bool hitTest(TPoint p) const;
     void reportFinished();
     void wheelNotch(bool up);
