@@ -284,11 +284,18 @@ TEST_F(BinaryDrawing, SwitchCaptionAndBody) {
         QSize size;
         TRect body;
         QStringList text;
+        int32_t charWidth = 7;
     } cases[] = {
         {"Pump", {41, 65}, {2, 2, 39, 48}, {"TextOut(6,50,'Pump')"}},
         {"Main|pump", {41, 65}, {2, 2, 39, 35}, {"TextOut(6,37,'Main')", "TextOut(6,50,'pump')"}},
         // Too wide: shortened to the control's width less the margins.
         {"Main pump", {41, 65}, {2, 2, 39, 48}, {QString::fromUtf8("TextOut(3,50,'Main\u2026')")}},
+        // Just too wide for the 37 pixels between the margins (5-pixel characters).
+        {"Pumpwork",
+         {41, 65},
+         {2, 2, 39, 48},
+         {QString::fromUtf8("TextOut(3,50,'Pumpwo\u2026')")},
+         5},
         // Too low for caption and body: no caption.
         {"Pump", {41, 24}, {2, 2, 39, 22}, {}},
         {"", {41, 65}, {2, 2, 39, 63}, {}},
@@ -298,6 +305,7 @@ TEST_F(BinaryDrawing, SwitchCaptionAndBody) {
         r.SetCaption(t.caption);
         r.SetBounds(0, 0, t.size.width(), t.size.height());
         TRecordingCanvas rec(&r.SurfaceImage());
+        rec.CharWidth = t.charWidth;
         r.SetCanvas(&rec);
         r.PaintToSurface();
         EXPECT_EQ(r.BodyRect(), t.body) << t.caption.toStdString();

@@ -16,6 +16,7 @@
 #include "kx/binary/leverswitch.h"
 #include "kx/binary/rockerswitch.h"
 #include "kx/drawing/colors.h"
+#include "kx/host/recordingcanvas.h"
 
 namespace kx {
 namespace {
@@ -304,6 +305,65 @@ TEST_F(Switches, ExtremeSizesTextsAndSpacingsDrawSafely) {
             led.SetLED_Position(pos);
             led.PaintToSurface();
         }
+}
+
+TEST_F(Switches, SettersRepaintOnlyOnChange) {
+    TKxToggleSwitch s(&form_);
+    s.PaintToSurface();
+    const struct {
+        const char* name;
+        std::function<void()> same, other;
+    } cases[] = {
+        {"Orientation", [&] { s.SetOrientation(s.Orientation()); },
+         [&] { s.SetOrientation(orHorizontal); }},
+        {"Color", [&] { s.SetColor(s.Color()); }, [&] { s.SetColor(clRed); }},
+        {"ColorOn", [&] { s.SetColorOn(s.ColorOn()); }, [&] { s.SetColorOn(clRed); }},
+        {"ColorOff", [&] { s.SetColorOff(s.ColorOff()); }, [&] { s.SetColorOff(clRed); }},
+        {"CaptionOn", [&] { s.SetCaptionOn(s.CaptionOn()); }, [&] { s.SetCaptionOn("UP"); }},
+        {"CaptionOff", [&] { s.SetCaptionOff(s.CaptionOff()); }, [&] { s.SetCaptionOff("DN"); }},
+    };
+    for (const auto& t : cases) {
+        s.SetRedrawNeeded(false);
+        t.same();
+        EXPECT_FALSE(s.RedrawNeeded()) << t.name;
+        t.other();
+        EXPECT_TRUE(s.RedrawNeeded()) << t.name;
+    }
+    s.SetRedrawNeeded(false);
+    s.SetOrientation(TKxCustomSwitch::TOrientation(5));
+    EXPECT_FALSE(s.RedrawNeeded());
+    EXPECT_EQ(s.Orientation(), orHorizontal);
+}
+
+TEST_F(Switches, LegendsAreDrawnOnlyWhenTheyFit) {
+    const struct {
+        TPoint at;
+        TRect room;
+        bool drawn;
+    } cases[] = {
+        {{20, 20}, {0, 0, 40, 40}, true},  // "ON": 14 x 13 around (20, 20)
+        {{7, 20}, {0, 0, 40, 40}, true},   // touching the left edge
+        {{6, 20}, {0, 0, 40, 40}, false},  // one pixel over it
+        {{20, 6}, {0, 0, 40, 40}, true},   {{20, 5}, {0, 0, 40, 40}, false},
+        {{33, 33}, {0, 0, 40, 40}, true},  {{34, 20}, {0, 0, 40, 40}, false},
+        {{20, 34}, {0, 0, 40, 40}, false},
+    };
+    for (const auto& t : cases) {
+        TRecordingCanvas rec;
+        EXPECT_EQ(KxTextOutIfFits(rec, t.at, "ON", t.room), t.drawn) << t.at.X << "," << t.at.Y;
+        EXPECT_EQ(rec.CallsOf("TextOut").size(), t.drawn ? 1u : 0u);
+    }
+    TRecordingCanvas rec;
+    EXPECT_FALSE(KxTextOutIfFits(rec, {20, 20}, "", TRect{0, 0, 40, 40}));
+}
+
+TEST_F(Switches, ANarrowBodyStillDraws) {
+    TKxRockerSwitch r(&form_);
+    r.SetCaption("");
+    r.SetBounds(0, 0, 5, 30);
+    r.PaintToSurface();
+    EXPECT_EQ(r.BodyRect(), (TRect{2, 2, 3, 28}));
+    EXPECT_NE(qAlpha(r.Surface().Image().pixel(2, 10)), 0);
 }
 
 }  // namespace

@@ -231,6 +231,19 @@ TEST_F(BinaryControl, GroupIndexTakesTheWordOfTheFirstMember) {
     late.SetGroupIndex(3);
     EXPECT_EQ(late.GroupIndex(), 3);
     EXPECT_EQ(late.groupHooks, 1);
+    // Index 0 leaves the group: the element keeps its word and shares it no more.
+    late.SetGroupIndex(0);
+    EXPECT_EQ(late.GroupIndex(), 0);
+    EXPECT_EQ(late.groupHooks, 2);
+    EXPECT_EQ(late.StatusInt(), 9);
+    g[0]->SetStatusInt(1);
+    EXPECT_EQ(late.StatusInt(), 9);
+    // Group 1 is a group like any other.
+    TProbe one(&form_), two(&form_);
+    one.SetStatusInt(4);
+    one.SetGroupIndex(1);
+    two.SetGroupIndex(1);
+    EXPECT_EQ(two.StatusInt(), 4);
 }
 
 TEST_F(BinaryControl, MouseFollowsTheMode) {
@@ -256,6 +269,9 @@ TEST_F(BinaryControl, MouseFollowsTheMode) {
         EXPECT_EQ(c.Checked(), t.afterPress) << t.mode;
         EXPECT_EQ(c.MouseIsDown(), t.downAfterPress) << t.mode;
         const int hooks = c.statusHooks;
+        Release(&c, Qt::RightButton);  // only the left button's release counts
+        EXPECT_EQ(c.Checked(), t.afterPress) << t.mode;
+        EXPECT_EQ(c.statusHooks, hooks) << t.mode;
         Release(&c);
         EXPECT_EQ(c.Checked(), t.afterRelease) << t.mode;
         EXPECT_EQ(c.MouseIsDown(), t.downAfterRelease) << t.mode;
