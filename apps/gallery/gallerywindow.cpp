@@ -2,6 +2,7 @@
 
 #include <QTabWidget>
 
+#include "adjusterpage.h"
 #include "binarypage.h"
 #include "pages.h"
 #include "roundmeterpage.h"
@@ -33,8 +34,7 @@ GalleryWindow::GalleryWindow(QWidget* parent) : QMainWindow(parent), tabs_(new Q
                                                  "fields will appear here.")),
         meterPage_,
         new StraightPage(kStartTime),
-        new NotePage(names.at(2), QStringLiteral("Dials, gear dials and sliders will appear "
-                                                 "here.")),
+        new AdjusterPage,
         new BinaryPage(kStartTime),
     };
     for (GalleryPage* page : pages_)

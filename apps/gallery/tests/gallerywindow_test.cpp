@@ -27,7 +27,7 @@ TEST(GalleryWindow, TabsFollowThePaletteOrder) {
         EXPECT_EQ(w.Page(i)->PaletteName(), palette[i]);
     }
     EXPECT_EQ(w.Tabs()->widget(1), w.MeterPage());
-    for (int i : {0, 3}) {
+    for (int i : {0}) {
         const auto* note = qobject_cast<NotePage*>(w.Page(i));
         ASSERT_NE(note, nullptr) << i;
         EXPECT_TRUE(note->Note().endsWith(QStringLiteral("will appear here."))) << i;
