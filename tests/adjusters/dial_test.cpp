@@ -6,11 +6,13 @@
 #include <QMouseEvent>
 #include <QWidget>
 #include <cmath>
+#include <functional>
 #include <memory>
 
 #include "common/test_env.h"
 #include "kx/adjusters/dial.h"
 #include "kx/drawing/geometry.h"
+#include "kx/host/recordingcanvas.h"
 
 namespace kx {
 namespace {
@@ -196,6 +198,144 @@ TEST_F(Dial, KeysAndWheelTurnThePointer) {
     EXPECT_EQ(d_->Digit(), 510);
     EXPECT_FLOAT_EQ(d_->PointerAngle(), 510 * 270 / 1000.0f);
     EXPECT_EQ(d_->ValueText(), "51.0");
+}
+
+TEST(DialDefaults, PropertiesAndTheirBounds) {
+    test::ResetEnvironment();
+    TKxDial d;
+    EXPECT_EQ(d.width(), 113);
+    EXPECT_EQ(d.height(), 161);
+    EXPECT_EQ(d.Options(), TKxDial::kAllOptions);
+    EXPECT_EQ(d.PointerType(), TKxDial::dpRound);
+    EXPECT_EQ(d.PointerSize(), 8);
+    EXPECT_EQ(d.BevelOuter()->Spacing(), 5);
+    EXPECT_EQ(d.BevelOuter()->Width(), 2);
+    EXPECT_EQ(d.BevelOuter()->BevelLine(), TKxSBevel::blOuter);
+    EXPECT_EQ(d.BevelValue()->Width(), 2);
+    EXPECT_EQ(d.BevelValue()->Color(), clBlack);
+    EXPECT_EQ(d.BevelValue()->Spacing(), 0);
+    EXPECT_EQ(d.BevelDial()->ColorShadowFrom(), clBtnHighlight);
+    EXPECT_EQ(d.BevelDial()->Spacing(), 1);
+    EXPECT_EQ(d.FontValue()->Color(), clLime);
+    EXPECT_EQ(d.FontValue()->Size(), 10);
+    EXPECT_EQ(d.ScaleSettings()->Font()->Size(), 8);
+    EXPECT_EQ(d.Font()->Size(), 10);
+    for (int32_t size : {0, -1, 101}) {
+        d.SetPointerSize(size);
+        EXPECT_EQ(d.PointerSize(), 8) << size;
+    }
+    d.SetPointerSize(1);
+    EXPECT_EQ(d.PointerSize(), 1);
+    d.SetPointerType(TKxDial::TDialPointer(3));
+    d.SetPointerType(TKxDial::TDialPointer(-1));
+    EXPECT_EQ(d.PointerType(), TKxDial::dpRound);
+    d.SetOptions(0xFF);
+    EXPECT_EQ(d.Options(), TKxDial::kAllOptions);
+}
+
+TEST_F(Dial, SettingsChangesRepaintTheWhole) {
+    const struct {
+        const char* name;
+        std::function<void()> change;
+    } cases[] = {
+        {"outer bevel", [&] { d_->BevelOuter()->SetWidth(3); }},
+        {"value bevel", [&] { d_->BevelValue()->SetColor(clNavy); }},
+        {"dial bevel", [&] { d_->BevelDial()->SetSpacing(2); }},
+        {"value font", [&] { d_->FontValue()->SetSize(12); }},
+        {"scale", [&] { d_->ScaleSettings()->SetSteps(4); }},
+        {"signal", [&] { d_->SignalSettings()->SetName1("Flow"); }},
+        {"pointer type", [&] { d_->SetPointerType(TKxDial::dpLine); }},
+        {"pointer size", [&] { d_->SetPointerSize(5); }},
+        {"options", [&] { d_->SetOptions(TKxDial::DialOption(TKxDial::opScale)); }},
+    };
+    for (const auto& t : cases) {
+        d_->PaintToSurface();
+        d_->SetRedrawNeeded(false);
+        t.change();
+        EXPECT_TRUE(d_->RedrawNeeded()) << t.name;
+    }
+    d_->PaintToSurface();
+    d_->SetRedrawNeeded(false);
+    d_->SetPointerType(TKxDial::dpLine);
+    d_->SetPointerSize(5);
+    EXPECT_FALSE(d_->RedrawNeeded());
+}
+
+TEST_F(Dial, ExactLayoutWithFixedTextMetrics) {
+    // 7-pixel characters, 13-pixel lines: the value box holds "100.0" (35 wide, margins of
+    // 13 div 3 = 4) with "bar" beside it; the outer bevel takes 8 pixels a side.
+    const QStringList bottom = {"TextOut(18,142,'SignalName2')", "TextOut(42,129,'Flow')"};
+    const QStringList labels = {"TextOut(27,98,'0')",  "TextOut(13,66,'20')",
+                                "TextOut(32,39,'40')", "TextOut(66,39,'60')",
+                                "TextOut(85,66,'80')", "TextOut(72,98,'100')"};
+    const struct {
+        const char* name;
+        TKxDial::TDialOptions options;
+        TRect face, box;
+        QStringList text;
+    } cases[] = {
+        {"defaults",
+         TKxDial::kAllOptions,
+         {39, 61, 74, 96},
+         {28, 10, 63, 23},
+         QStringList{"TextOut(71,10,'bar')"} + bottom + labels},
+        // Without labels the ticks reach the square's rim and the knob grows.
+        {"no scale text",
+         TKxDial::kAllOptions & ~TKxDial::DialOption(TKxDial::opScaleText),
+         {17, 39, 96, 118},
+         {28, 10, 63, 23},
+         QStringList{"TextOut(71,10,'bar')"} + bottom},
+        {"no scale",
+         TKxDial::kAllOptions & ~TKxDial::DialOption(TKxDial::opScale),
+         {10, 32, 103, 125},
+         {28, 10, 63, 23},
+         QStringList{"TextOut(71,10,'bar')"} + bottom},
+        {"no unit",
+         TKxDial::kAllOptions & ~TKxDial::DialOption(TKxDial::opUnit),
+         {39, 61, 74, 96},
+         {39, 10, 74, 23},
+         bottom + labels},
+        {"no names",
+         TKxDial::kAllOptions & ~TKxDial::DialOption(TKxDial::opName1) &
+             ~TKxDial::DialOption(TKxDial::opName2),
+         {},
+         {28, 10, 63, 23},
+         {}},
+    };
+    for (const auto& t : cases) {
+        TKxDial d(&form_);
+        d.SignalSettings()->SetName1("Flow");
+        d.SignalSettings()->SetValueUnit("bar");
+        d.SetOptions(t.options);
+        d.Loaded();
+        TRecordingCanvas rec(&d.SurfaceImage());
+        d.SetCanvas(&rec);
+        d.PaintToSurface();
+        if (t.face.Right > 0) {
+            EXPECT_EQ(d.FaceRect(), t.face) << t.name;
+            EXPECT_EQ(rec.Log("TextOut"), t.text) << t.name;
+        } else {
+            // Without names the area below the box is taller than wide: the face keeps
+            // its size and moves to the middle.
+            EXPECT_EQ(d.FaceRect().Width(), 35) << t.name;
+            EXPECT_GT(d.FaceRect().Top, 61) << t.name;
+            EXPECT_EQ(rec.Log("TextOut").filter("Signal").size(), 0) << t.name;
+        }
+        EXPECT_EQ(d.ValueBoxRect(), t.box) << t.name;
+        d.SetCanvas(nullptr);
+    }
+    // Without the outer bevel the box starts at the top and the whole control is filled.
+    TKxDial d(&form_);
+    d.SetOptions(TKxDial::kAllOptions & ~TKxDial::DialOption(TKxDial::opBevelOuter));
+    d.SetBounds(0, 0, 113, 161);
+    d.SignalSettings()->SetValueUnit("bar");
+    d.Loaded();
+    TRecordingCanvas rec(&d.SurfaceImage());
+    d.SetCanvas(&rec);
+    d.PaintToSurface();
+    EXPECT_EQ(d.ValueBoxRect(), (TRect{28, 2, 63, 15}));
+    EXPECT_EQ(d.Surface().Pixel(0, 0), ColorToRGB(d.BevelOuter()->Color()));
+    d.SetCanvas(nullptr);
 }
 
 }  // namespace

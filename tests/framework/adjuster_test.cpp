@@ -330,5 +330,54 @@ TEST_F(Adjuster, FocusAndEnablingRedrawInTheirColours) {
     EXPECT_EQ(a_->focusPolicy(), Qt::WheelFocus);
 }
 
+// Counts the key presses that reach it, as a form would see them.
+class TKeyCounter : public QWidget {
+  public:
+    int presses = 0;
+
+  protected:
+    void keyPressEvent(QKeyEvent*) override { ++presses; }
+};
+
+TEST(AdjusterEvents, HandledKeysStayAndOthersReachTheParent) {
+    test::ResetEnvironment();
+    TKeyCounter form;
+    TAdjuster a(&form);
+    a.Loaded();
+    const struct {
+        int key;
+        int reachParent;
+    } cases[] = {{Qt::Key_Up, 0},
+                 {Qt::Key_PageDown, 0},
+                 {Qt::Key_Home, 0},
+                 {Qt::Key_A, 1},
+                 {Qt::Key_Return, 1}};
+    for (const auto& t : cases) {
+        form.presses = 0;
+        Key(&a, t.key);
+        EXPECT_EQ(form.presses, t.reachParent) << t.key;
+    }
+}
+
+TEST(AdjusterEvents, SettingsObjectsAreCopiedAndOnlyTheLeftButtonEndsADrag) {
+    test::ResetEnvironment();
+    QWidget form;
+    TAdjuster a(&form);
+    a.Loaded();
+    TSignalSettings other;
+    other.SetValueTo(50.0f);
+    a.SetSignalSettings(&other);
+    EXPECT_FLOAT_EQ(a.SignalSettings()->ValueTo(), 50.0f);
+    EXPECT_NE(a.SignalSettings(), &other);
+    a.SetSignalSettings(nullptr);
+    a.SetSignalSettings(a.SignalSettings());
+    EXPECT_FLOAT_EQ(a.SignalSettings()->ValueTo(), 50.0f);
+    Mouse(&a, QEvent::MouseButtonPress, {20, 20});
+    Mouse(&a, QEvent::MouseButtonRelease, {20, 20}, Qt::RightButton);
+    EXPECT_TRUE(a.Sliding());
+    Mouse(&a, QEvent::MouseButtonRelease, {20, 20});
+    EXPECT_FALSE(a.Sliding());
+}
+
 }  // namespace
 }  // namespace kx
