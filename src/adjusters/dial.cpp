@@ -225,12 +225,7 @@ void TKxDial::ValueChange() {
 void TKxDial::drawPointer() {
     const TRect whole{0, 0, background_.Width(), background_.Height()};
     if (whole.Right < 1 || whole.Bottom < 1) return;
-    if (work_.Width() != whole.Right || work_.Height() != whole.Bottom ||
-        work_.DeviceRatio() != background_.DeviceRatio())
-        MakeCompatibleBitmap(work_, whole.Right, whole.Bottom, background_.GridOrigin());
-    TCanvas& w = work_.Canvas();
-    w.SetCopyMode(cmSrcCopy);
-    w.CopyRect(whole, background_.Canvas(), whole);
+    TCanvas& w = StartComposition(work_, background_);
     std::vector<TPoint> pts = PointerPoints();
     for (TPoint& p : pts)
         p = TPoint{p.X - face_.Left, p.Y - face_.Top};

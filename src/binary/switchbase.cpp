@@ -96,12 +96,7 @@ void TKxCustomSwitch::drawState() {
     if (painting_ || UpdateCount() > 0 || background_.Width() < 1 || !(Visible() || Designing()))
         return;
     const TRect whole{0, 0, background_.Width(), background_.Height()};
-    if (work_.Width() != whole.Right || work_.Height() != whole.Bottom ||
-        work_.DeviceRatio() != background_.DeviceRatio())
-        MakeCompatibleBitmap(work_, whole.Right, whole.Bottom, background_.GridOrigin());
-    TCanvas& w = work_.Canvas();
-    w.SetCopyMode(cmSrcCopy);
-    w.CopyRect(whole, background_.Canvas(), whole);
+    TCanvas& w = StartComposition(work_, background_);
     w.SetFont(*Font());
     w.Pen().SetMode(pmCopy);
     w.Pen().SetStyle(psSolid);

@@ -107,6 +107,17 @@ void TKxControl::MakeCompatibleBitmap(TBitmap& bitmap, int32_t width, int32_t he
     bitmap.SetSize(width, height);
 }
 
+TCanvas& TKxControl::StartComposition(TBitmap& work, TBitmap& background) const {
+    const TRect whole{0, 0, background.Width(), background.Height()};
+    if (work.Width() != whole.Right || work.Height() != whole.Bottom ||
+        work.DeviceRatio() != background.DeviceRatio())
+        MakeCompatibleBitmap(work, whole.Right, whole.Bottom, background.GridOrigin());
+    TCanvas& w = work.Canvas();
+    w.SetCopyMode(cmSrcCopy);
+    w.CopyRect(whole, background.Canvas(), whole);
+    return w;
+}
+
 bool TKxControl::ensureSurfaceSize() {
     const double ratio = TCanvas::ValidRatio(devicePixelRatioF());
     if (surface_.Width() == width() && surface_.Height() == height() &&

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 
+#include "binary_fixture.h"
 #include "common/test_env.h"
 #include "kx/binary/colbitbtn.h"
 #include "kx/binary/kxled.h"
@@ -38,14 +39,8 @@ std::vector<int32_t> ArgsOf(const TCanvasCall& c) {
     return c.Args;
 }
 
-class BinaryDrawing : public ::testing::Test {
+class BinaryDrawing : public test::BinaryFixture {
   protected:
-    void SetUp() override {
-        test::ResetEnvironment();
-        ClearFlashList();
-    }
-    void TearDown() override { ClearFlashList(); }
-    QWidget form_;
     TRecordingCanvas rec_;
 };
 

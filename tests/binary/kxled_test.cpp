@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <functional>
 
+#include "binary_fixture.h"
 #include "common/test_env.h"
 #include "kx/binary/kxled.h"
 #include "kx/host/recordingcanvas.h"
@@ -11,15 +12,7 @@
 namespace kx {
 namespace {
 
-class LED : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        test::ResetEnvironment();
-        ClearFlashList();
-    }
-    void TearDown() override { ClearFlashList(); }
-    QWidget form_;
-};
+using LED = test::BinaryFixture;
 
 struct TLayoutCase {
     TKxLED::TLEDPos pos;

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 
+#include "binary_fixture.h"
 #include "common/test_env.h"
 #include "kx/binary/colbitbtn.h"
 #include "kx/binary/kxled.h"
@@ -57,15 +58,7 @@ bool Inside(const TRect& inner, const TRect& outer) {
            inner.Bottom <= outer.Bottom;
 }
 
-class Switches : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        test::ResetEnvironment();
-        ClearFlashList();
-    }
-    void TearDown() override { ClearFlashList(); }
-    QWidget form_;
-};
+using Switches = test::BinaryFixture;
 
 using TFactory = std::function<TKxBinGControl*(QWidget*)>;
 const struct TKind {

@@ -54,6 +54,9 @@ class TKxControl : public QWidget, public TKxFlashClient {
     // it and the surface are pixel for pixel.
     void MakeCompatibleBitmap(TBitmap& bitmap, int32_t width, int32_t height,
                               TPoint origin = {}) const;
+    // The start of composing a moving part: work takes background's size and device grid
+    // (re-made only when they differ) and a copy of its pixels; returns work's canvas.
+    TCanvas& StartComposition(TBitmap& work, TBitmap& background) const;
 
     int32_t UpdateCount() const { return updateCount_; }
     void BeginUpdate() { ++updateCount_; }
