@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 
+#include "common/ratio.h"
 #include "common/test_env.h"
 #include "kx/adjusters/dial.h"
 #include "kx/drawing/geometry.h"
@@ -336,6 +337,22 @@ TEST_F(Dial, ExactLayoutWithFixedTextMetrics) {
     EXPECT_EQ(d.ValueBoxRect(), (TRect{28, 2, 63, 15}));
     EXPECT_EQ(d.Surface().Pixel(0, 0), ColorToRGB(d.BevelOuter()->Color()));
     d.SetCanvas(nullptr);
+}
+
+TEST(DialHiDpi, AReadingMatchesAFullPaint) {
+    test::ResetEnvironment();
+    for (double ratio : {1.0, 1.5, 2.0})
+        for (auto pointer : {TKxDial::dpRound, TKxDial::dpLine, TKxDial::dpTriangle}) {
+            test::AtRatio<TKxDial> d(ratio);
+            d.SetPointerType(pointer);
+            d.Loaded();
+            d.PaintToSurface();
+            d.SetValue(63.0f);
+            const QImage read = d.Surface().Image().copy();
+            d.Invalidate();
+            d.PaintToSurface();
+            EXPECT_EQ(read, d.Surface().Image()) << ratio << " " << pointer;
+        }
 }
 
 }  // namespace

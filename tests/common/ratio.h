@@ -1,6 +1,7 @@
 #pragma once
 // A control that reports another device pixel ratio, as on a high-DPI screen.
 #include <QPaintDevice>
+#include <QWidget>
 #include <cmath>
 
 namespace kx::test {
@@ -8,7 +9,7 @@ namespace kx::test {
 template <class T>
 class AtRatio : public T {
   public:
-    explicit AtRatio(double r) : ratio(r) {}
+    explicit AtRatio(double r, QWidget* parent = nullptr) : T(parent), ratio(r) {}
     double ratio;
 
   protected:
