@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QMouseEvent>
 #include <QWidget>
+#include <climits>
 #include <cmath>
 #include <functional>
 #include <memory>
@@ -353,6 +354,84 @@ TEST(DialHiDpi, AReadingMatchesAFullPaint) {
             d.PaintToSurface();
             EXPECT_EQ(read, d.Surface().Image()) << ratio << " " << pointer;
         }
+}
+
+TEST_F(Dial, SettingsObjectsAreCopiedAndNullIsIgnored) {
+    TKxSBevel bevel;
+    bevel.SetWidth(4);
+    d_->SetBevelOuter(&bevel);
+    d_->SetBevelValue(&bevel);
+    d_->SetBevelDial(&bevel);
+    EXPECT_EQ(d_->BevelOuter()->Width(), 4);
+    EXPECT_EQ(d_->BevelValue()->Width(), 4);
+    EXPECT_EQ(d_->BevelDial()->Width(), 4);
+    TScaleSettings scale;
+    scale.SetSteps(7);
+    d_->SetScaleSettings(&scale);
+    EXPECT_EQ(d_->ScaleSettings()->Steps(), 7);
+    TFont font;
+    font.SetSize(20);
+    d_->SetFontValue(&font);
+    EXPECT_EQ(d_->FontValue()->Size(), 20);
+    d_->SetBevelOuter(nullptr);
+    d_->SetBevelValue(nullptr);
+    d_->SetBevelDial(nullptr);
+    d_->SetScaleSettings(nullptr);
+    d_->SetFontValue(nullptr);
+    d_->SetBevelValue(d_->BevelValue());
+    d_->SetScaleSettings(d_->ScaleSettings());
+    EXPECT_EQ(d_->BevelValue()->Width(), 4);
+    EXPECT_EQ(d_->ScaleSettings()->Steps(), 7);
+}
+
+TEST_F(Dial, TheValueBoxAndItsUnitNeedTheirWidth) {
+    // Fixed metrics: the box is 35 + 2 x 2 + 2 x 4 = 47 wide, the unit 4 + 21 more; the
+    // outer bevel takes 16 of the control's width.
+    const struct {
+        int width;
+        bool box, unit;
+    } cases[] = {{62, false, false}, {63, true, false}, {87, true, false}, {88, true, true}};
+    for (const auto& t : cases) {
+        TKxDial d(&form_);
+        d.SignalSettings()->SetValueUnit("bar");
+        d.SetBounds(0, 0, t.width, 300);
+        d.Loaded();
+        TRecordingCanvas rec(&d.SurfaceImage());
+        d.SetCanvas(&rec);
+        d.PaintToSurface();
+        EXPECT_EQ(d.ValueBoxRect().Right > d.ValueBoxRect().Left, t.box) << t.width;
+        EXPECT_EQ(rec.Log("TextOut").filter("'bar'").size(), t.unit ? 1 : 0) << t.width;
+        if (t.box && !t.unit) {
+            // Centred alone: (width - 16 - 35 - 4) div 2 - 4 from the bevel's inside, plus
+            // the value bevel and the margin.
+            EXPECT_EQ(d.ValueBoxRect().Left, 8 + (t.width - 16 - 35 - 4) / 2 - 4 + 2 + 4)
+                << t.width;
+        }
+        d.SetCanvas(nullptr);
+    }
+}
+
+TEST_F(Dial, TheRoundMarkSitsOnItsCentre) {
+    d_->SetValue(0.0f);
+    const QImage atStart = d_->Surface().Image().copy();
+    d_->SetValue(50.0f);
+    const QImage atTop = d_->Surface().Image().copy();
+    const TPoint spot = d_->PointerPoints().at(0);
+    const TPoint c = d_->FaceCentre();
+    // The pixels the mark changes in the upper half of the face, where only it moved.
+    TRect ink{INT_MAX, INT_MAX, INT_MIN, INT_MIN};
+    for (int y = d_->FaceRect().Top; y < c.Y; ++y)
+        for (int x = d_->FaceRect().Left; x < d_->FaceRect().Right; ++x)
+            if (atStart.pixel(x, y) != atTop.pixel(x, y)) {
+                ink.Left = std::min(ink.Left, x);
+                ink.Top = std::min(ink.Top, y);
+                ink.Right = std::max(ink.Right, x + 1);
+                ink.Bottom = std::max(ink.Bottom, y + 1);
+            }
+    ASSERT_LT(ink.Left, ink.Right);
+    EXPECT_LE(std::abs((ink.Left + ink.Right - 1) - 2 * spot.X), 1);
+    EXPECT_LE(std::abs((ink.Top + ink.Bottom - 1) - 2 * spot.Y), 1);
+    EXPECT_GE(ink.Right - ink.Left, 2 * 4 + 1);
 }
 
 }  // namespace
