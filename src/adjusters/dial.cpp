@@ -9,77 +9,34 @@
 #include "kx/drawing/geometry.h"
 #include "kx/drawing/shapes.h"
 #include "kx/drawing/text.h"
-#include "kx/framework/names.h"
-#include "kx/framework/valuebox.h"
 #include "kx/host/numeric.h"
 
 namespace kx {
 
 TKxDial::TKxDial(QWidget* parent)
-    : TKxAnalogCControl(parent),
-      bevelOuter_(new TKxSBevel(this)),
-      bevelValue_(new TKxSBevel(this)),
+    : TKxFramedAdjuster(parent, kAllOptions),
       bevelDial_(new TKxSBevel(this)),
-      fontValue_(new TFont(this)),
       scaleSettings_(new TScaleSettings(this)) {
-    bevelOuter_->SetSpacing(5);
-    bevelOuter_->SetBevelLine(TKxSBevel::blOuter);
-    bevelOuter_->SetWidth(2);
-    bevelValue_->SetStyle(TKxSBevel::bsLowered);
-    bevelValue_->SetWidth(2);
-    bevelValue_->SetColor(clBlack);
-    bevelValue_->SetSpacing(0);
     bevelDial_->SetColorShadowFrom(clBtnHighlight);
     bevelDial_->SetColorShadowTo(clBtnShadow);
     bevelDial_->SetBevelLine(TKxSBevel::blOuter);
     bevelDial_->SetPenColor(clBtnShadow);
     bevelDial_->SetSpacing(1);
-    fontValue_->SetColor(clLime);
-    fontValue_->SetName(QStringLiteral("System"));
-    fontValue_->SetSize(10);
     scaleSettings_->Font()->SetSize(8);
     SetBounds(x(), y(), 113, 161);
 }
 
 void TKxDial::Loaded() {
-    const auto repaint = [this](QObject* sender) {
-        if (UpdateCount() == 0) ParamChange(sender);
-    };
-    for (TKxPersistent* p :
-         {static_cast<TKxPersistent*>(bevelOuter_), static_cast<TKxPersistent*>(bevelValue_),
-          static_cast<TKxPersistent*>(bevelDial_), static_cast<TKxPersistent*>(scaleSettings_)})
-        p->SetOnChange(repaint);
-    fontValue_->SetOnChange(repaint);
-    TKxAnalogCControl::Loaded();
-}
-
-void TKxDial::requestRepaint() {
-    if (UpdateCount() == 0) Invalidate();
-}
-
-void TKxDial::SetBevelOuter(const TKxSBevel* v) {
-    if (v && v != bevelOuter_) bevelOuter_->Assign(v);
-}
-
-void TKxDial::SetBevelValue(const TKxSBevel* v) {
-    if (v && v != bevelValue_) bevelValue_->Assign(v);
+    repaintOnChange({bevelDial_, scaleSettings_});
+    TKxFramedAdjuster::Loaded();
 }
 
 void TKxDial::SetBevelDial(const TKxSBevel* v) {
     if (v && v != bevelDial_) bevelDial_->Assign(v);
 }
 
-void TKxDial::SetFontValue(const TFont* f) {
-    if (f && f != fontValue_) fontValue_->Assign(*f);
-}
-
 void TKxDial::SetScaleSettings(const TScaleSettings* v) {
     if (v && v != scaleSettings_) scaleSettings_->Assign(v);
-}
-
-void TKxDial::SetOptions(TDialOptions o) {
-    options_ = TDialOptions(o & kAllOptions);
-    ParamChange(this);
 }
 
 void TKxDial::SetPointerType(TDialPointer p) {
@@ -94,65 +51,10 @@ void TKxDial::SetPointerSize(int32_t s) {
     requestRepaint();
 }
 
-void TKxDial::ParamChange(QObject* sender) {
-    TKxAnalogCControl::ParamChange(sender);
-    requestRepaint();
-}
-
-TKxDial::TBoxSize TKxDial::measureValueBox(TCanvas& c) const {
-    TBoxSize b;
-    c.SetFont(*fontValue_);
-    const QString sample = SignalSettings()->SampleValueText();
-    b.W = c.TextWidth(sample);
-    b.H = c.TextHeight(sample);
-    b.M = b.H / 3;
-    if (HasOption(opUnit)) {
-        b.Unit = SignalSettings()->ValueUnit();
-        c.SetFont(*Font());
-        b.U = c.TextWidth(b.Unit);
-    }
-    const int64_t t = bevelValue_->TotalWidth();
-    b.BoxW = Saturate(int64_t(b.W) + 2 * t + 2 * int64_t(b.M));
-    b.Height = Saturate(2 * t + b.H + bevelOuter_->Spacing());
-    return b;
-}
-
-TRect TKxDial::paintValueBox(TCanvas& c, TRect r, const TBoxSize& b) {
-    // A unit that does not fit beside the box is left out.
-    const bool unit = int64_t(b.BoxW) + b.M + b.U <= r.Width();
-    const TKxValueBox box =
-        KxPaintValueBox(c, r, *bevelValue_, *Font(), Font()->Color(), unit ? b.Unit : QString(),
-                        b.W, unit ? b.U : 0, b.H, b.M);
-    number_ = box.Number;
-    r.Top = Saturate(int64_t(r.Top) + b.Height);
-    return r;
-}
-
 void TKxDial::Paint() {
     painted_ = false;
-    number_ = TRect{};
     TCanvas& c = Canvas();
-    TRect r = ClientRect();
-    if (HasOption(opBevelOuter)) {
-        bevelOuter_->PaintFilledBevel(c, r);
-    } else {
-        c.Brush().SetStyle(bsSolid);
-        c.Brush().SetColor(bevelOuter_->Color());
-        c.FillRect(r);
-    }
-    // What does not fit gives way to the face: first the names, then the value box.
-    const TNameSizes names = KxMeasureNames(c, *Font(), *SignalSettings());
-    const int64_t namesH =
-        (HasOption(opName1) ? names.Name1H : 0) + (HasOption(opName2) ? names.Name2H : 0);
-    bool value = HasOption(opValue), showNames = namesH > 0;
-    const TBoxSize box = value ? measureValueBox(c) : TBoxSize{};
-    const int64_t need = kMinFace + 4;
-    if (value && box.BoxW > r.Width()) value = false;
-    if (showNames && r.Height() - namesH - (value ? box.Height : 0) < need) showNames = false;
-    if (value && r.Height() - box.Height < need) value = false;
-    if (value) r = paintValueBox(c, r, box);
-    KxPaintNames(c, *Font(), *SignalSettings(), r, Div(bevelOuter_->Spacing(), 2),
-                 showNames && HasOption(opName1), showNames && HasOption(opName2), names);
+    const TRect r = paintFrame(kMinFace + 4);
     const int32_t side = std::max(0, std::min(r.Width(), r.Height()));
     const int32_t left = r.Left + Div(r.Width() - side, 2), top = r.Top + Div(r.Height() - side, 2);
     TRect knob{left, top, left + side, top + side};
@@ -211,15 +113,12 @@ std::vector<TPoint> TKxDial::PointerPoints() const {
 
 void TKxDial::ValueChange() {
     QPointer<TKxDial> alive(this);
-    TKxAnalogCControl::ValueChange();
+    TKxFramedAdjuster::ValueChange();
     if (!alive) return;
     angle_ = float(SignalSettings()->GetPPT(Value())) * float(kSweep) / 1000.0f;
     if (!painted_ || UpdateCount() > 0 || !(Visible() || Designing())) return;
     drawPointer();
-    if (HasOption(opValue)) {
-        const QString text = Designing() ? SignalSettings()->SampleValueText() : ValueText();
-        KxDrawNumberBox(Canvas(), numberCache_, number_, bevelValue_->Color(), *fontValue_, text);
-    }
+    drawNumber();
 }
 
 void TKxDial::drawPointer() {
@@ -277,11 +176,11 @@ void TKxDial::drawSpot(TCanvas& canvas, TPoint p, TColor color) {
 void TKxDial::mousePressEvent(QMouseEvent* e) {
     lastMouseAngle_ =
         KxGetAngle(centre_, TPoint{int32_t(e->position().x()), int32_t(e->position().y())});
-    TKxAnalogCControl::mousePressEvent(e);
+    TKxFramedAdjuster::mousePressEvent(e);
 }
 
 void TKxDial::MouseSlide(Qt::KeyboardModifiers shift, int32_t x, int32_t y, TPoint lastPos) {
-    TKxAnalogCControl::MouseSlide(shift, x, y, lastPos);
+    TKxFramedAdjuster::MouseSlide(shift, x, y, lastPos);
     const float a = KxGetAngle(centre_, TPoint{x, y});
     float d = a - lastMouseAngle_;
     lastMouseAngle_ = a;

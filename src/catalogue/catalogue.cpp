@@ -7,6 +7,8 @@
 #include <memory>
 
 #include "kx/adjusters/dial.h"
+#include "kx/adjusters/geardial.h"
+#include "kx/adjusters/slider.h"
 #include "kx/binary/colbitbtn.h"
 #include "kx/binary/kxled.h"
 #include "kx/binary/leverswitch.h"
@@ -105,9 +107,12 @@ const TRow kRows[] = {
     {kAnalogInd, "TKxTrend", "Eight-channel trend recorder with cursor", Absent},
     {kAnalogInd, "TKxPrintTrend", "Trend printer", Absent},
     {kAnalogAdj, "TKxDial", "Dial for setting a value", Component<TKxDial>("kx/adjusters/dial.h")},
-    {kAnalogAdj, "TKxGearDial", "Gear dial for setting a value", Absent},
-    {kAnalogAdj, "TKxHSlider", "Horizontal slider for setting a value", Absent},
-    {kAnalogAdj, "TKxVSlider", "Vertical slider for setting a value", Absent},
+    {kAnalogAdj, "TKxGearDial", "Gear dial for setting a value",
+     Component<TKxGearDial>("kx/adjusters/geardial.h")},
+    {kAnalogAdj, "TKxHSlider", "Horizontal slider for setting a value",
+     Component<TKxHSlider>("kx/adjusters/slider.h")},
+    {kAnalogAdj, "TKxVSlider", "Vertical slider for setting a value",
+     Component<TKxVSlider>("kx/adjusters/slider.h")},
     {kBinary, "TKxLED", "LED lamp", Component<TKxLED>("kx/binary/kxled.h")},
     {kBinary, "TKxColBitBtn", "Colour bit button",
      Component<TKxColBitBtn>("kx/binary/colbitbtn.h")},

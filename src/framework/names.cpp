@@ -1,5 +1,8 @@
 #include "kx/framework/names.h"
 
+#include <algorithm>
+
+#include "kx/drawing/text.h"
 #include "kx/host/numeric.h"
 
 namespace kx {
@@ -10,17 +13,31 @@ TNameSizes KxMeasureNames(TCanvas& canvas, const TFont& font, const TSignalSetti
                       canvas.TextWidth(signal.Name2()), canvas.TextHeight(signal.Name2())};
 }
 
+namespace {
+
+// A name wider than r is cut to fit, with "…", so it never leaves the instrument.
+void paintName(TCanvas& canvas, const TRect& r, int32_t y, const QString& name, int32_t width) {
+    if (width <= r.Width()) {
+        canvas.TextOut(r.Left + Div(r.Width() - width, 2), y, name);
+        return;
+    }
+    const QString cut = KxElideLines(canvas, name, QChar(u'\0'), std::max(0, r.Width()));
+    canvas.TextOut(r.Left + Div(r.Width() - canvas.TextWidth(cut), 2), y, cut);
+}
+
+}  // namespace
+
 void KxPaintNames(TCanvas& canvas, const TFont& font, const TSignalSettings& signal, TRect& r,
                   int32_t t, bool name1, bool name2, const TNameSizes& sizes) {
     canvas.Brush().SetStyle(bsClear);
     canvas.SetFont(font);
     if (name2) {
         r.Bottom -= sizes.Name2H;
-        canvas.TextOut(r.Left + Div(r.Width() - sizes.Name2W, 2), r.Bottom + t, signal.Name2());
+        paintName(canvas, r, r.Bottom + t, signal.Name2(), sizes.Name2W);
     }
     if (name1) {
         r.Bottom -= sizes.Name1H;
-        canvas.TextOut(r.Left + Div(r.Width() - sizes.Name1W, 2), r.Bottom + t, signal.Name1());
+        paintName(canvas, r, r.Bottom + t, signal.Name1(), sizes.Name1W);
     }
 }
 

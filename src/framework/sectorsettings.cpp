@@ -1,6 +1,10 @@
 #include "kx/framework/sectorsettings.h"
 
+#include <algorithm>
+#include <array>
+
 #include "kx/framework/setfield.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 
@@ -67,6 +71,36 @@ void TSectorSettings::AssignTo(TKxPersistent* dest) const {
     d->SetSector1To(sector1To_);
     d->SetSector2To(sector2To_);
     d->SetSector3To(sector3To_);
+}
+
+void KxDrawSectorBands(TCanvas& canvas, const TRect& rect, const TSectorSettings& s,
+                       bool vertical) {
+    struct TBand {
+        int32_t from, to;
+        TColor color;
+    };
+    const std::array<TBand, 3> bands{{{s.Sector1From(), s.Sector1To(), s.Sector1Color()},
+                                      {s.Sector2From(), s.Sector2To(), s.Sector2Color()},
+                                      {s.Sector3From(), s.Sector3To(), s.Sector3Color()}}};
+    const int64_t span =
+        vertical ? int64_t(rect.Bottom) - rect.Top : int64_t(rect.Right) - rect.Left;
+    const float f = float(span) / 1000.0f;
+    canvas.Brush().SetStyle(bsSolid);
+    canvas.Pen().SetStyle(psClear);
+    for (const TBand& b : bands) {
+        if (int64_t(b.to) - b.from <= 0 || b.to <= 0 || b.from >= 1000) continue;
+        canvas.Brush().SetColor(b.color);
+        canvas.Pen().SetColor(b.color);
+        const int32_t from = Round(double(f) * std::max(0, b.from));
+        const int32_t to = Round(double(f) * std::min(1000, b.to));
+        if (vertical)
+            canvas.Rectangle(rect.Left, WrapSub(rect.Bottom, from - 1), rect.Right,
+                             WrapSub(rect.Bottom, to));
+        else
+            canvas.Rectangle(WrapAdd(rect.Left, from), rect.Top, WrapAdd(rect.Left, to + 1),
+                             rect.Bottom);
+    }
+    canvas.Pen().SetStyle(psSolid);
 }
 
 }  // namespace kx

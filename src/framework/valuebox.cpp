@@ -24,4 +24,31 @@ TKxValueBox KxPaintValueBox(TCanvas& canvas, const TRect& r, const TKxSBevel& be
     return out;
 }
 
+TKxValueBoxSize KxMeasureValueBox(TCanvas& canvas, const TFont& fontValue, const QString& sample,
+                                  const TFont& unitFont, const QString& unit,
+                                  const TKxSBevel& bevel) {
+    TKxValueBoxSize b;
+    canvas.SetFont(fontValue);
+    b.W = canvas.TextWidth(sample);
+    b.H = canvas.TextHeight(sample);
+    b.M = b.H / 3;
+    if (!unit.isEmpty()) {
+        b.Unit = unit;
+        canvas.SetFont(unitFont);
+        b.U = canvas.TextWidth(unit);
+    }
+    const int64_t t = bevel.TotalWidth();
+    b.BoxW = Saturate(int64_t(b.W) + 2 * t + 2 * int64_t(b.M));
+    b.BoxH = Saturate(int64_t(b.H) + 2 * t);
+    return b;
+}
+
+TRect KxPaintFittedValueBox(TCanvas& canvas, const TRect& r, const TKxValueBoxSize& b,
+                            const TKxSBevel& bevel, const TFont& unitFont) {
+    const bool unit = int64_t(b.BoxW) + b.M + b.U <= r.Width();
+    return KxPaintValueBox(canvas, r, bevel, unitFont, unitFont.Color(), unit ? b.Unit : QString(),
+                           b.W, unit ? b.U : 0, b.H, b.M)
+        .Number;
+}
+
 }  // namespace kx

@@ -39,22 +39,6 @@ TRect shifted(const TRect& r, TPoint by) {
                  WrapAdd(r.Bottom, by.Y)};
 }
 
-// A sector band counts when it is not empty and reaches into the range.
-bool bandShown(int32_t from, int32_t to) {
-    return int64_t(to) - from > 0 && to > 0 && from < 1000;
-}
-
-struct TSector {
-    int32_t from, to;
-    TColor color;
-};
-
-std::array<TSector, 3> sectorsOf(const TSectorSettings& s) {
-    return {{{s.Sector1From(), s.Sector1To(), s.Sector1Color()},
-             {s.Sector2From(), s.Sector2To(), s.Sector2Color()},
-             {s.Sector3From(), s.Sector3To(), s.Sector3Color()}}};
-}
-
 // Spacing 5 and width 2 are the bevels' own defaults.
 void setDefaultBevels(TKxSBevel& inner, TKxSBevel& outer) {
     inner.SetStyle(bsLowered);
@@ -341,18 +325,7 @@ void TKxHMeter::CalcSize() {
 }
 
 void TKxHMeter::DrawHSector(TCanvas& canvas, const TRect& s) {
-    const float f = float(int64_t(s.Right) - s.Left) / 1000.0f;
-    canvas.Brush().SetStyle(bsSolid);
-    canvas.Pen().SetStyle(psClear);
-    for (const TSector& sec : sectorsOf(*SectorSettings())) {
-        if (!bandShown(sec.from, sec.to)) continue;
-        canvas.Brush().SetColor(sec.color);
-        canvas.Pen().SetColor(sec.color);
-        const int32_t x1 = WrapAdd(s.Left, Round(double(f) * std::max(0, sec.from)));
-        const int32_t x2 = WrapAdd(s.Left, Round(double(f) * std::min(1000, sec.to)) + 1);
-        canvas.Rectangle(x1, s.Top, x2, s.Bottom);
-    }
-    canvas.Pen().SetStyle(psSolid);
+    KxDrawSectorBands(canvas, s, *SectorSettings(), false);
 }
 
 void TKxHMeter::paintInstrument(TRect& r) {
@@ -490,18 +463,7 @@ void TKxVMeter::CalcSize() {
 }
 
 void TKxVMeter::DrawVSector(TCanvas& canvas, const TRect& s) {
-    if (TooSmall()) return;
-    const float f = float(int64_t(s.Bottom) - s.Top) / 1000.0f;
-    canvas.Brush().SetStyle(bsSolid);
-    canvas.Pen().SetStyle(psClear);
-    for (const TSector& sec : sectorsOf(*SectorSettings())) {
-        if (!bandShown(sec.from, sec.to)) continue;
-        canvas.Brush().SetColor(sec.color);
-        const int32_t y1 = WrapSub(s.Bottom, Round(double(f) * std::max(0, sec.from)) - 1);
-        const int32_t y2 = WrapSub(s.Bottom, Round(double(f) * std::min(1000, sec.to)));
-        canvas.Rectangle(s.Left, y1, s.Right, y2);
-    }
-    canvas.Pen().SetStyle(psSolid);
+    if (!TooSmall()) KxDrawSectorBands(canvas, s, *SectorSettings(), true);
 }
 
 void TKxVMeter::paintInstrument(TRect& r) {

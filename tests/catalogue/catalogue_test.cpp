@@ -26,12 +26,13 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
     QStringList all;
     for (const TKxCatalogueEntry& e : KxCatalogue())
         all << e.Page + '/' + e.ClassName;
-    EXPECT_EQ(all, (QStringList{"KxAnalogInd/TKxBar", "KxAnalogInd/TKxVBar", "KxAnalogInd/TKxHBar",
-                                "KxAnalogInd/TKxVMeter", "KxAnalogInd/TKxHMeter",
-                                "KxAnalogInd/TKx120Meter", "KxAnalogInd/TKx180Meter",
-                                "KxAnalogInd/TKx270Meter", "KxAnalogAdj/TKxDial", "KxBinary/TKxLED",
-                                "KxBinary/TKxColBitBtn", "KxBinary/TKxRockerSwitch",
-                                "KxBinary/TKxToggleSwitch"}));
+    EXPECT_EQ(all, (QStringList{
+                       "KxAnalogInd/TKxBar", "KxAnalogInd/TKxVBar", "KxAnalogInd/TKxHBar",
+                       "KxAnalogInd/TKxVMeter", "KxAnalogInd/TKxHMeter", "KxAnalogInd/TKx120Meter",
+                       "KxAnalogInd/TKx180Meter", "KxAnalogInd/TKx270Meter", "KxAnalogAdj/TKxDial",
+                       "KxAnalogAdj/TKxGearDial", "KxAnalogAdj/TKxHSlider",
+                       "KxAnalogAdj/TKxVSlider", "KxBinary/TKxLED", "KxBinary/TKxColBitBtn",
+                       "KxBinary/TKxRockerSwitch", "KxBinary/TKxToggleSwitch"}));
 
     const struct {
         const char* page;
@@ -41,7 +42,7 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
         {"KxAnalogInd",
          {"TKxBar", "TKxVBar", "TKxHBar", "TKxVMeter", "TKxHMeter", "TKx120Meter", "TKx180Meter",
           "TKx270Meter"}},
-        {"KxAnalogAdj", {"TKxDial"}},
+        {"KxAnalogAdj", {"TKxDial", "TKxGearDial", "TKxHSlider", "TKxVSlider"}},
         {"KxBinary", {"TKxLED", "TKxColBitBtn", "TKxRockerSwitch", "TKxToggleSwitch"}},
         {"NoSuchPage", {}},
     };

@@ -390,9 +390,20 @@ struct MeterPaint {
     static TRect box(const TCanvasCall& c) {
         return TRect{c.Args[0], c.Args[1], c.Args[0] + 7 * int32_t(c.Text.size()), c.Args[1] + 14};
     }
+    // A name, or a name cut short with "…" to fit the meter.
     bool isName(const TCanvasCall& c) const {
-        return c.Text == meter->SignalSettings()->Name1() ||
-               c.Text == meter->SignalSettings()->Name2();
+        for (const QString& name :
+             {meter->SignalSettings()->Name1(), meter->SignalSettings()->Name2()}) {
+            if (c.Text == name) return true;
+            if (c.Text.endsWith(u'…') && name.startsWith(c.Text.chopped(1))) return true;
+        }
+        return false;
+    }
+    std::vector<TRect> names() const {
+        std::vector<TRect> out;
+        for (const TCanvasCall& c : rec.CallsOf("TextOut"))
+            if (isName(c)) out.push_back(box(c));
+        return out;
     }
     bool isUnit(const TCanvasCall& c) const {
         return c.Text == meter->SignalSettings()->ValueUnit();
@@ -493,6 +504,8 @@ TEST_F(RMeterTest, ScaleUnitAndNamesNeverOverlapOrLeaveTheControl) {
             }
             for (const TRect& l : labels)
                 EXPECT_TRUE(inside(l, area)) << str(l) << " in " << str(area);
+            for (const TRect& n : p.names())
+                EXPECT_TRUE(inside(n, m.ClientRect())) << str(n);
             for (const TCanvasCall& c : p.rec.Calls()) {
                 if (c.Op == "LineTo" || c.Op == "MoveTo") {
                     const int reach = c.PenWidth / 2;

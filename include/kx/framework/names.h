@@ -14,7 +14,8 @@ struct TNameSizes {
 
 // Both names measured in font.
 TNameSizes KxMeasureNames(TCanvas& canvas, const TFont& font, const TSignalSettings& signal);
-// Draws the chosen name lines in font with a clear brush, each centred in r and t pixels
+// Draws the chosen name lines in font with a clear brush, each centred in r (a name wider
+// than r is cut to fit with "…") and t pixels
 // below the bottom r is moved up to (Name2 lowest, Name1 above it).
 void KxPaintNames(TCanvas& canvas, const TFont& font, const TSignalSettings& signal, TRect& r,
                   int32_t t, bool name1, bool name2, const TNameSizes& sizes);

@@ -6,6 +6,7 @@
 
 #include "kx/framework/flatproperty.h"
 #include "kx/framework/persistent.h"
+#include "kx/host/canvas.h"
 #include "kx/host/color.h"
 
 namespace kx {
@@ -79,6 +80,13 @@ class TSectorSettings : public TKxPersistent {
     int32_t widthOffset_ = 0;
     bool logScale_ = false;
 };
+
+// The sectors as bands along a straight scale whose ends are rect's edges: left to right
+// (horizontal) or bottom to top (vertical). A sector is drawn when To > From, To > 0 and
+// From < 1000, clipped to 0..1000 per mille; each band reaches one pixel past its To
+// position, so that the first and the last tick are covered.
+void KxDrawSectorBands(TCanvas& canvas, const TRect& rect, const TSectorSettings& sectors,
+                       bool vertical);
 
 // The flat properties of a TSectorSettings (see flatproperty.h).
 #define KX_FLAT_SECTORSETTINGS(Prefix, Object)                 \

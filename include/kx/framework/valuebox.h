@@ -22,4 +22,20 @@ TKxValueBox KxPaintValueBox(TCanvas& canvas, const TRect& r, const TKxSBevel& be
                             const TFont& font, TColor textColor, const QString& unit,
                             int32_t valueW, int32_t unitW, int32_t valueH, int32_t e);
 
+// A value box measured for the adjusters: sized for sample in fontValue, margin e =
+// the text height div 3, the unit (may be empty) in unitFont.
+struct TKxValueBoxSize {
+    int32_t W = 0, H = 0, M = 0, U = 0;  // sample width and height, margin, unit width
+    int32_t BoxW = 0;                    // the box with its bevel
+    int32_t BoxH = 0;                    // the box with its bevel
+    QString Unit;
+};
+TKxValueBoxSize KxMeasureValueBox(TCanvas& canvas, const TFont& fontValue, const QString& sample,
+                                  const TFont& unitFont, const QString& unit,
+                                  const TKxSBevel& bevel);
+// Paints the measured box at r.Top (KxPaintValueBox); a unit that does not fit beside
+// the box within r is left out. Returns where the number goes.
+TRect KxPaintFittedValueBox(TCanvas& canvas, const TRect& r, const TKxValueBoxSize& size,
+                            const TKxSBevel& bevel, const TFont& unitFont);
+
 }  // namespace kx
