@@ -1,8 +1,9 @@
 #pragma once
-// The "KxAnalogAdj" page: dials with their three pointer marks, each driving an indicator
-// on the same page (a setpoint dial and its round meter, a flow dial and an upright bar,
-// a damper dial and a linear meter), worked with mouse, wheel and keyboard; the last
-// finished change of each is shown beside it.
+// The "KxAnalogAdj" page: every adjuster drives an indicator on the same page (dials with
+// their three pointer marks and a round meter, an upright bar and a linear meter; a gear
+// dial of ten turns and a half-round meter; a horizontal slider and a bar; a vertical
+// slider and an upright meter), worked with mouse, wheel and keyboard; the last finished
+// change of each is shown beside it.
 #include <vector>
 
 #include "pages.h"

@@ -143,8 +143,10 @@ void TKxSlider::paintTrack(TCanvas& c) {
     TRect inside = track_;
     bevelTrack_->PaintFilledBevel(c, inside);
     if (!HasOption(opSector)) return;
-    const TRect band = vertical_ ? TRect{inside.Left, end_, inside.Right, start_}
-                                 : TRect{start_, inside.Top, end_, inside.Bottom};
+    // The bands are filled without a pen, one pixel short of their rectangle's far edges:
+    // across the track that edge lies one further out.
+    const TRect band = vertical_ ? TRect{inside.Left, end_, WrapAdd(inside.Right, 1), start_}
+                                 : TRect{start_, inside.Top, end_, WrapAdd(inside.Bottom, 1)};
     KxDrawSectorBands(c, band, *sectorSettings_, vertical_);
 }
 
@@ -210,9 +212,9 @@ void TKxSlider::drawThumb() {
 
 void TKxSlider::mousePressEvent(QMouseEvent* e) {
     const TPoint p{int32_t(e->position().x()), int32_t(e->position().y())};
-    const TRect thumb = ThumbRect();
-    grabbed_ = painted_ && KxInRect(p.X, p.Y, thumb);
-    grab_ = int32_t(int64_t(along(p)) - ThumbPosition());
+    grabbed_ = painted_ && KxInRect(p.X, p.Y, ThumbRect());
+    pressAt_ = along(p);
+    pressDigit_ = Digit();
     pressed_ = true;
     TKxFramedAdjuster::mousePressEvent(e);
     pressed_ = false;
@@ -221,7 +223,7 @@ void TKxSlider::mousePressEvent(QMouseEvent* e) {
 void TKxSlider::MouseSlide(Qt::KeyboardModifiers shift, int32_t x, int32_t y, TPoint lastPos) {
     TKxFramedAdjuster::MouseSlide(shift, x, y, lastPos);
     if (!painted_) return;
-    const int64_t at = int64_t(along(TPoint{x, y}));
+    const int64_t at = along(TPoint{x, y});
     if (!grabbed_) {
         // Beside the thumb: one large step towards the press.
         if (!pressed_) return;
@@ -232,12 +234,13 @@ void TKxSlider::MouseSlide(Qt::KeyboardModifiers shift, int32_t x, int32_t y, TP
             DoChange(0, ChangeLarge());
         return;
     }
+    // Counted from the press, so that the thumb neither jumps to the mouse nor creeps by
+    // re-reading its own rounded position.
     const int64_t span = int64_t(end_) - start_;
-    if (span == 0) return;
-    const double share = double(at - grab_ - start_) / double(span);
+    const double share = double(at - pressAt_) / double(span);
     const TSignalSettings& sig = *SignalSettings();
-    SetDigit(Saturate(int64_t(sig.DigitalFrom()) +
-                      Round(std::clamp(share, 0.0, 1.0) * double(sig.TotalDigit()))));
+    SetDigit(Saturate(int64_t(pressDigit_) +
+                      Round(std::clamp(share, -1.0, 1.0) * double(sig.TotalDigit()))));
 }
 
 }  // namespace kx

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 
+#include "adjuster_fixture.h"
 #include "common/ratio.h"
 #include "common/test_env.h"
 #include "kx/adjusters/dial.h"
@@ -19,20 +20,8 @@
 namespace kx {
 namespace {
 
-// A point at mouse angle alpha (0 down, growing clockwise) and distance d from c.
-QPoint AtAngle(TPoint c, double alpha, double d = 20.0) {
-    const double rad = alpha * M_PI / 180.0;
-    return QPoint(int(std::lround(c.X - d * std::sin(rad))),
-                  int(std::lround(c.Y + d * std::cos(rad))));
-}
-
-void Mouse(QWidget* w, QEvent::Type type, QPoint p) {
-    const Qt::MouseButton b = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
-    const Qt::MouseButtons held =
-        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-    QMouseEvent e(type, QPointF(p), w->mapToGlobal(QPointF(p)), b, held, Qt::NoModifier);
-    QCoreApplication::sendEvent(w, &e);
-}
+using test::AtAngle;
+using test::Mouse;
 
 class Dial : public ::testing::Test {
   protected:
@@ -156,15 +145,9 @@ TEST_F(Dial, AReadingRedrawsOnlyTheFaceAndTheNumber) {
     d_->SetValue(10.0f);
     const QImage before = d_->Surface().Image().copy();
     d_->SetValue(70.0f);
-    const QImage after = d_->Surface().Image();
-    const TRect face = d_->FaceRect(), number = d_->ValueBoxRect();
     int changed = 0;
-    for (int y = 0; y < after.height(); ++y)
-        for (int x = 0; x < after.width(); ++x)
-            if (before.pixel(x, y) != after.pixel(x, y)) {
-                ++changed;
-                EXPECT_TRUE(KxInRect(x, y, face) || KxInRect(x, y, number)) << x << "," << y;
-            }
+    EXPECT_TRUE(test::ChangesOnlyIn(before, d_->Surface().Image(), changed, d_->FaceRect(),
+                                    d_->ValueBoxRect()));
     EXPECT_GT(changed, 0);
 }
 

@@ -45,11 +45,12 @@
 // background and puts the union of the old and the new thumb on the surface in one copy;
 // the value box's digits are drawn in one copy too. Nothing else is redrawn.
 //
-// Mouse: a press on the thumb grabs it where it was hit, and the thumb follows the mouse
-// from there (the value does not jump to the mouse): the digit is DigitalFrom +
-// Round(TotalDigit x (position - ScaleStart) / (ScaleEnd - ScaleStart)) in double,
-// clamped to the range. A press on the strip beside the thumb moves by ChangeLarge
-// towards the press, once per press. Either reports OnValueChanged on the release.
+// Mouse: a press on the thumb grabs it without changing the value; while it is held the
+// digit is the one at the press plus Round(TotalDigit x d / (ScaleEnd - ScaleStart)) in
+// double, d being how far the mouse has moved along the track since the press, clamped
+// to the range (the thumb follows the mouse without jumping to it). A press on the strip
+// beside the thumb moves by ChangeLarge towards the press, once per press. Either reports
+// OnValueChanged on the release.
 #include "kx/adjusters/framedadjuster.h"
 #include "kx/framework/sbevel.h"
 #include "kx/framework/scalesettings.h"
@@ -148,7 +149,8 @@ class TKxSlider : public TKxFramedAdjuster {
     TRect lastThumb_{};
     int32_t start_ = 0, end_ = 0;  // the track's first and last position
     int32_t middle_ = 0;           // the thumb's centre across the track
-    int32_t grab_ = 0;             // where the thumb was grabbed, from its centre
+    int32_t pressAt_ = 0;          // where the press was, along the track
+    int32_t pressDigit_ = 0;       // the digit at the press
     int32_t thumbSize_ = 20;
     int32_t trackWidth_ = 6;
     bool vertical_;

@@ -83,8 +83,11 @@ class TSectorSettings : public TKxPersistent {
 
 // The sectors as bands along a straight scale whose ends are rect's edges: left to right
 // (horizontal) or bottom to top (vertical). A sector is drawn when To > From, To > 0 and
-// From < 1000, clipped to 0..1000 per mille; each band reaches one pixel past its To
-// position, so that the first and the last tick are covered.
+// From < 1000, clipped to 0..1000 per mille, as a rectangle without a pen (which fills
+// one pixel less to the right and below): with f = length / 1000 in single precision,
+// horizontally the columns Left + Round(f From) .. Left + Round(f To) - 1, upright the
+// rows Bottom - Round(f To) .. Bottom - Round(f From) - 1, across from rect's top (left)
+// to one pixel before its bottom (right).
 void KxDrawSectorBands(TCanvas& canvas, const TRect& rect, const TSectorSettings& sectors,
                        bool vertical);
 
