@@ -1,12 +1,16 @@
 // The run-time catalogue: palette order, factories, headers and icons.
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QFile>
 #include <QWidget>
 #include <functional>
 #include <memory>
 
 #include "kx/catalogue/catalogue.h"
+#include "kx/framework/accessible.h"
+#include "kx/framework/adjuster.h"
+#include "kx/framework/analogcontrol.h"
 #include "kx/framework/control.h"
 #include "kx/host/bitmap.h"
 #include "kx/indicators/rmeter.h"
@@ -224,6 +228,35 @@ TEST(CatalogueIcons, WithoutAGlyphTheComponentIsDrawnSmall) {
     EXPECT_EQ(drawn.width(), 48);
     EXPECT_NEAR(drawn.height(), 33, 1);
     EXPECT_NEAR(drawn.top(), (48 - 33) / 2, 1);
+}
+
+// Every component answers assistive tools: analog ones with their name from Name1, their
+// reading or setting through the value interface and the role of what they are.
+TEST(Catalogue, EveryComponentIsAccessible) {
+    KxInstallAccessibility();
+    QWidget form;
+    for (const TKxCatalogueEntry& e : KxCatalogue()) {
+        SCOPED_TRACE(e.ClassName.toStdString());
+        QWidget* w = e.Create(&form);
+        QAccessibleInterface* a = QAccessible::queryAccessibleInterface(w);
+        ASSERT_TRUE(a);
+        EXPECT_TRUE(a->isValid());
+        if (auto* adjuster = qobject_cast<TKxAnalogCControl*>(w)) {
+            adjuster->SignalSettings()->SetName1(QStringLiteral("Boiler setpoint"));
+            EXPECT_EQ(a->text(QAccessible::Name), QStringLiteral("Boiler setpoint"));
+            EXPECT_EQ(a->role(), e.ClassName.contains(QStringLiteral("Dial"))
+                                     ? QAccessible::Dial
+                                     : QAccessible::Slider);
+            ASSERT_TRUE(a->valueInterface());
+            EXPECT_EQ(a->valueInterface()->maximumValue().toDouble(),
+                      double(adjuster->SignalSettings()->ValueTo()));
+            EXPECT_TRUE(a->state().focusable);
+        } else if (qobject_cast<TKxAnalogGControl*>(w)) {
+            EXPECT_EQ(a->role(), QAccessible::Indicator);
+            EXPECT_FALSE(a->text(QAccessible::Name).isEmpty());  // "SignalName1" at first
+            EXPECT_TRUE(a->valueInterface());
+        }
+    }
 }
 
 }  // namespace
