@@ -11,7 +11,7 @@ namespace kxgallery {
 
 class GalleryWindow;
 
-inline constexpr QSize kScreenshotSize{1100, 760};
+inline constexpr QSize kScreenshotSize{1100, 980};
 inline constexpr int kScreenshotSteps = 60;
 // Real time over which the steps are spread, so that the blink service ticks between
 // them and blinking needles show their blink colours.

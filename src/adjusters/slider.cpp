@@ -30,7 +30,7 @@ TKxSlider::TKxSlider(QWidget* parent, bool vertical)
     bevelTrack_->SetStyle(TKxSBevel::bsLowered);
     bevelTrack_->SetWidth(1);
     bevelTrack_->SetSpacing(0);
-    bevelTrack_->SetBevelLine(TKxSBevel::blOuter);
+    bevelTrack_->SetBevelLine(TKxSBevel::blNone);
     bevelTrack_->SetColor(clBtnShadow);
     scaleSettings_->Font()->SetSize(8);
 }

@@ -7,7 +7,7 @@
 //
 // Properties in declaration order, after the frame's (framedadjuster.h: BevelOuter,
 // BevelValue, FontValue, Options):
-//   BevelTrack     TKxSBevel: Style bsLowered, Width 1, Spacing 0, BevelLine blOuter,
+//   BevelTrack     TKxSBevel: Style bsLowered, Width 1, Spacing 0, BevelLine blNone,
 //                  Color clBtnShadow: the track
 //   ScaleSettings  TScaleSettings: font size 8; PosLeftTop puts the scale above the track
 //                  (TKxHSlider) or left of it (TKxVSlider)
