@@ -1,6 +1,6 @@
-// Dial costs: one drag step (a mouse move event to the surface holding the new pointer)
-// on a default dial, alone and driving a default round meter, beside a plain copy of the
-// dial's pixels.
+// Adjuster costs: one drag step (a mouse move event to the surface holding the new
+// pointer) on a default dial, alone and driving a default round meter, beside a plain copy
+// of the dial's pixels; the same step on a default gear dial and horizontal slider.
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
@@ -9,6 +9,8 @@
 #include <memory>
 
 #include "kx/adjusters/dial.h"
+#include "kx/adjusters/geardial.h"
+#include "kx/adjusters/slider.h"
 #include "kx/blink/flashtimer.h"
 #include "kx/indicators/rmeter.h"
 
@@ -29,7 +31,7 @@ QPointF at(const TKxDial& d, double alpha) {
     return QPointF(c.X - 400.0 * std::sin(r), c.Y + 400.0 * std::cos(r));
 }
 
-void send(TKxDial& d, QEvent::Type type, QPointF p) {
+void send(QWidget& d, QEvent::Type type, QPointF p) {
     const Qt::MouseButton b = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
     QMouseEvent e(type, p, p, b, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&d, &e);
@@ -79,6 +81,47 @@ void BM_DialCopy(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_DialCopy);
+
+// A gear dial turned back and forth by a few degrees a step, about a tenth of a turn.
+void BM_GearDialDrag(benchmark::State& state) {
+    TKxGearDial g;
+    g.Loaded();
+    g.PaintToSurface();
+    g.SetValue(50.0f);
+    const TPoint c = g.KnobCentre();
+    const auto far = [&](double alpha) {
+        const double r = alpha * M_PI / 180.0;
+        return QPointF(c.X - 400.0 * std::sin(r), c.Y + 400.0 * std::cos(r));
+    };
+    send(g, QEvent::MouseButtonPress, QPointF(c.X, c.Y - 3));
+    double alpha = 180.0;
+    for (auto _ : state) {
+        alpha = alpha >= 216.0 ? 180.0 : alpha + 3.7;
+        send(g, QEvent::MouseMove, far(alpha));
+        benchmark::DoNotOptimize(g.Surface().Image().constBits());
+    }
+    send(g, QEvent::MouseButtonRelease, far(alpha));
+}
+BENCHMARK(BM_GearDialDrag);
+
+// A slider's thumb dragged back and forth over a few per cent of its track.
+void BM_SliderDrag(benchmark::State& state) {
+    TKxHSlider s;
+    s.Loaded();
+    s.PaintToSurface();
+    s.SetValue(50.0f);
+    const TRect t = s.ThumbRect();
+    const double y = (t.Top + t.Bottom) / 2, x0 = (t.Left + t.Right) / 2;
+    send(s, QEvent::MouseButtonPress, QPointF(x0, y));
+    double dx = 0.0;
+    for (auto _ : state) {
+        dx = dx >= 10.0 ? 0.0 : dx + 1.0;
+        send(s, QEvent::MouseMove, QPointF(x0 + dx, y));
+        benchmark::DoNotOptimize(s.Surface().Image().constBits());
+    }
+    send(s, QEvent::MouseButtonRelease, QPointF(x0, y));
+}
+BENCHMARK(BM_SliderDrag);
 
 }  // namespace
 }  // namespace kx

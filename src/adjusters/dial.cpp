@@ -8,6 +8,7 @@
 #include "kx/drawing/angles.h"
 #include "kx/drawing/geometry.h"
 #include "kx/drawing/shapes.h"
+#include "kx/drawing/spot.h"
 #include "kx/drawing/text.h"
 #include "kx/host/numeric.h"
 
@@ -133,7 +134,7 @@ void TKxDial::drawPointer() {
     w.Pen().SetStyle(psSolid);
     switch (pointerType_) {
         case dpRound:
-            drawSpot(w, pts[0], color);
+            spot_.Draw(w, pts[0], spotRadius_, color);
             break;
         case dpLine:
             w.Pen().SetWidth(2);
@@ -153,24 +154,6 @@ void TKxDial::drawPointer() {
     TCanvas& c = Canvas();
     c.SetCopyMode(cmSrcCopy);
     c.CopyRect(face_, w, whole);
-}
-
-void TKxDial::drawSpot(TCanvas& canvas, TPoint p, TColor color) {
-    // The spot is the same picture at every angle: drawn once, then blended in place. On
-    // a scaled grid the picture's pixels would not meet the face's, so it is drawn there.
-    if (canvas.DeviceRatio() != 1.0) {
-        KxCircleAtPoint(canvas, p, spotRadius_, color, color);
-        return;
-    }
-    const int32_t r = spotRadius_, size = 2 * r + 3;
-    if (spot_.Width() != size || spotColor_ != color) {
-        spot_.SetSize(size, size);
-        spot_.ClearTransparent();
-        spot_.SetTransparent(true);
-        KxCircleAtPoint(spot_.Canvas(), TPoint{r + 1, r + 1}, r, color, color);
-        spotColor_ = color;
-    }
-    canvas.Draw(p.X - r - 1, p.Y - r - 1, spot_);
 }
 
 void TKxDial::mousePressEvent(QMouseEvent* e) {

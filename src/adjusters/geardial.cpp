@@ -10,6 +10,7 @@
 #include "kx/drawing/colors.h"
 #include "kx/drawing/geometry.h"
 #include "kx/drawing/shapes.h"
+#include "kx/drawing/spot.h"
 #include "kx/drawing/text.h"
 #include "kx/host/numeric.h"
 
@@ -116,7 +117,10 @@ void TKxGearDial::ValueChange() {
 void TKxGearDial::drawTeeth(TCanvas& w, TPoint m) {
     const int32_t radius = knob_.Width() / 2;
     const double turn = std::fmod(total_, 360.0);
-    w.Pen().SetWidth(knob_.Width() >= 60 ? 2 : 1);
+    // On big knobs each knurl is two pixels wide: a second one-pixel line beside the
+    // first, which the exact rasterizer draws far faster than a wide pen.
+    const bool wide = knob_.Width() >= 60;
+    w.Pen().SetWidth(1);
     for (int32_t i = 0; i < teeth_; ++i) {
         const double a = turn + 360.0 * i / teeth_;
         // Light falls from the upper left (315 degrees clockwise from up).
@@ -126,8 +130,13 @@ void TKxGearDial::drawTeeth(TCanvas& w, TPoint m) {
         const TPoint inner = KxRotate(TPoint{m.X, m.Y - (radius - rim_ + 1)}, m, float(a), true);
         w.MoveTo(inner.X, inner.Y);
         w.LineTo(outer.X, outer.Y);
+        if (!wide) continue;
+        // Beside it across the knurl's direction: x for steep knurls, y for flat ones.
+        const bool steep = std::abs(outer.Y - inner.Y) >= std::abs(outer.X - inner.X);
+        const int32_t dx = steep ? 1 : 0, dy = steep ? 0 : 1;
+        w.MoveTo(inner.X + dx, inner.Y + dy);
+        w.LineTo(outer.X + dx, outer.Y + dy);
     }
-    w.Pen().SetWidth(1);
 }
 
 void TKxGearDial::drawCounter(TCanvas& w, TPoint m) {
@@ -150,7 +159,7 @@ void TKxGearDial::drawMoving() {
     drawTeeth(w, m);
     const TPoint mark = MarkPoint();
     const TColor color = StateColor();
-    KxCircleAtPoint(w, TPoint{mark.X - offset.X, mark.Y - offset.Y}, markRadius_, color, color);
+    spot_.Draw(w, TPoint{mark.X - offset.X, mark.Y - offset.Y}, markRadius_, color);
     if (HasOption(opTurns)) drawCounter(w, m);
     TCanvas& c = Canvas();
     c.SetCopyMode(cmSrcCopy);

@@ -52,6 +52,7 @@
 // change the mouse's direction leaves the value alone (with more digits than per-mille
 // steps, re-reading the pointer's angle would otherwise move the value by a click).
 #include "kx/adjusters/framedadjuster.h"
+#include "kx/drawing/spot.h"
 #include "kx/framework/sbevel.h"
 #include "kx/framework/scalesettings.h"
 #include "kx/host/bitmap.h"
@@ -119,14 +120,12 @@ class TKxDial : public TKxFramedAdjuster {
   private:
     void layoutPointer();
     void drawPointer();
-    void drawSpot(TCanvas& canvas, TPoint p, TColor color);
 
     TKxSBevel* bevelDial_;
     TScaleSettings* scaleSettings_;
     TBitmap background_;
     TBitmap work_;
-    TBitmap spot_;  // the round mark, kept for its colour and size
-    TColor spotColor_ = clNone;
+    TKxSpot spot_;
     TRect face_{};
     TPoint centre_{};
     std::vector<TPoint> reference_;  // the mark's points at the sweep's start

@@ -25,7 +25,8 @@
 //  - Teeth radial knurls on the rim from R - k + 1 to R - 2 from the centre, turned with
 //    the wheel, each shaded by its direction: 100 % clBtnHighlight facing the upper left,
 //    clBtnShadow facing the lower right (KxCalcColor over 100 steps, 50 + 50 cos of the
-//    angle from the upper left); 2 pixels wide on knobs of 60 pixels and more, else 1;
+//    angle from the upper left); on knobs of 60 pixels and more each knurl is doubled by
+//    a second line one pixel to its right (steep knurls) or below it (flat ones);
 //  - the mark: a sunken spot (KxCircleAtPoint) of radius max(2, (R - k) div 8) whose
 //    centre lies R - k - radius - 3 from the centre, in ColorFocus with the focus,
 //    ColorNonFocus without, clBtnShadow while disabled;
@@ -45,6 +46,7 @@
 // DigitalFrom + Round(TotalDigit x angle / (Turns x 360)). The drag's angle is kept
 // between moves, so slow turns add up even when a digit spans many degrees.
 #include "kx/adjusters/framedadjuster.h"
+#include "kx/drawing/spot.h"
 #include "kx/host/bitmap.h"
 
 namespace kx {
@@ -107,6 +109,7 @@ class TKxGearDial : public TKxFramedAdjuster {
     void drawCounter(TCanvas& w, TPoint m);
     double angleOf(int32_t digit) const;
 
+    TKxSpot spot_;
     TBitmap background_;
     TBitmap work_;
     TRect knob_{};
