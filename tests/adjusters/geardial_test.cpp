@@ -73,6 +73,14 @@ TEST_F(GearDial, TheRangeSpansItsTurns) {
         EXPECT_NEAR(g().TotalAngle(), t.angle, 1e-9) << t.turns << " " << t.digit;
         EXPECT_EQ(g().TurnCount(), t.count) << t.turns << " " << t.digit;
     }
+    // Digits counted from DigitalFrom.
+    g().SignalSettings()->SetDigitalFrom(100);
+    g().SignalSettings()->SetDigitalTo(1100);
+    g().SetTurns(10);
+    g().SetDigit(600);
+    EXPECT_DOUBLE_EQ(g().TotalAngle(), 1800.0);
+    g().SignalSettings()->SetDigitalFrom(0);
+    g().SignalSettings()->SetDigitalTo(1000);
     // Changing the turns turns the wheel at once.
     g().SetTurns(10);
     g().SetDigit(500);
@@ -165,10 +173,47 @@ TEST_F(GearDial, KnurlsAreLitFromTheUpperLeft) {
         {5, 320.0f, rim},
         {5, 315.0f, light},
         {5, 135.0f, dark},
+        {5, 140.0f, rim},
     };
     for (const auto& t : cases) {
         g().SetDigit(t.digit);
         EXPECT_EQ(knurlAt(t.angle), t.colour) << t.digit << " " << t.angle;
+    }
+    // On a knob this big each knurl is two pixels wide: the steep one at 320 degrees has
+    // its second line one pixel to the right.
+    g().SetDigit(0);
+    const TPoint p = KxRotate(TPoint{c.X, c.Y - inner}, c, 320.0f, true);
+    EXPECT_EQ(g().Surface().Pixel(p.X + 1, p.Y), light);
+    EXPECT_NE(g().Surface().Pixel(p.X - 1, p.Y), light);
+}
+
+TEST_F(GearDial, TheFaceIsShadedFromTheUpperLeft) {
+    const TRect k = g().KnobRect();
+    const int32_t q = (k.Width() / 2 - g().RimDepth()) / 2;
+    const TPoint c = g().KnobCentre();
+    const TColor upperLeft = g().Surface().Pixel(c.X - q, c.Y - q);
+    const TColor lowerRight = g().Surface().Pixel(c.X + q, c.Y + q);
+    EXPECT_NE(upperLeft, KxSetBrightness(ColorToRGB(clBtnFace), 80.0f));
+    EXPECT_GT(GetRValue(upperLeft), GetRValue(lowerRight));
+}
+
+TEST(GearDialLayout, RimAndMarkFollowTheKnobsSize) {
+    test::ResetEnvironment();
+    QWidget form;
+    // The knob is the rest's smaller side less 4; the outer bevel takes 8 a side.
+    const struct {
+        int width;
+        int32_t knob, rim, mark;
+    } cases[] = {{35, 0, 0, 0}, {36, 16, 3, 2}, {56, 36, 3, 2}, {60, 40, 4, 2}, {216, 196, 19, 9}};
+    for (const auto& t : cases) {
+        TKxGearDial g(&form);
+        g.SetBounds(0, 0, t.width, 600);
+        g.Loaded();
+        g.PaintToSurface();
+        EXPECT_EQ(g.KnobRect().Width(), t.knob) << t.width;
+        if (t.knob == 0) continue;
+        EXPECT_EQ(g.RimDepth(), t.rim) << t.width;
+        EXPECT_EQ(g.MarkRadius(), t.mark) << t.width;
     }
 }
 

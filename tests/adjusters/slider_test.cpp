@@ -158,6 +158,39 @@ TEST(SliderLayout, ExactWithFixedTextMetrics) {
     }
 }
 
+TEST(SliderLayout, TheTrackNeedsTwoPositionsAndLabelsTheirLength) {
+    test::ResetEnvironment();
+    QWidget form;
+    // Horizontal, 8 pixels of bevel a side, labels crowded out below 173: the track runs
+    // from 8 + 5 to width - 8 - 5 - 1, and needs two positions.
+    const struct {
+        int width;
+        bool track;
+        int32_t start, end;
+        bool labels;
+    } cases[] = {{27, false, 0, 0, false},
+                 {28, true, 13, 14, false},
+                 {172, true, 13, 158, false},
+                 {173, true, 19, 153, true}};
+    for (const auto& t : cases) {
+        TKxHSlider s(&form);
+        s.SetBounds(0, 0, t.width, 200);
+        s.Loaded();
+        TRecordingCanvas rec(&s.SurfaceImage());
+        s.SetCanvas(&rec);
+        s.PaintToSurface();
+        EXPECT_EQ(s.TrackRect().Right > s.TrackRect().Left, t.track) << t.width;
+        if (t.track) {
+            EXPECT_EQ(s.TrackStart(), t.start) << t.width;
+            EXPECT_EQ(s.TrackEnd(), t.end) << t.width;
+        } else {
+            EXPECT_EQ(s.HitRect, TRect{}) << t.width;
+        }
+        EXPECT_EQ(rec.Log("TextOut").filter("'100'").size(), t.labels ? 1 : 0) << t.width;
+        s.SetCanvas(nullptr);
+    }
+}
+
 TEST(SliderLayout, TheScaleSideFollowsPosLeftTop) {
     test::ResetEnvironment();
     QWidget form;
@@ -169,6 +202,16 @@ TEST(SliderLayout, TheScaleSideFollowsPosLeftTop) {
         s->PaintToSurface();
         const TRect below = s->StripRect();
         const QStringList labelsAfter = rec.Log("TextOut").filter("'100'");
+        const auto labelAt = [&]() -> TPoint {
+            for (const TCanvasCall& c : rec.CallsOf("TextOut"))
+                if (c.Text == "100") return TPoint{c.Args[0], c.Args[1]};
+            return TPoint{-1, -1};
+        };
+        // Labels right of (below) the strip, then left of (above) it.
+        if (vertical)
+            EXPECT_GE(labelAt().X, below.Right);
+        else
+            EXPECT_GE(labelAt().Y, below.Bottom);
         s->ScaleSettings()->SetPosLeftTop(true);
         rec.ClearCalls();
         s->PaintToSurface();
@@ -179,6 +222,10 @@ TEST(SliderLayout, TheScaleSideFollowsPosLeftTop) {
         else
             EXPECT_GT(above.Top, below.Top);
         const QStringList labelsBefore = rec.Log("TextOut").filter("'100'");
+        if (vertical)
+            EXPECT_LE(labelAt().X + 21, above.Left);
+        else
+            EXPECT_LE(labelAt().Y + 13, above.Top);
         ASSERT_EQ(labelsBefore.size(), 1);
         ASSERT_EQ(labelsAfter.size(), 1);
         EXPECT_NE(labelsBefore, labelsAfter);
@@ -303,6 +350,14 @@ TEST_P(Slider, SectorsColourTheTrack) {
                  {600, clGreen},  {700, clRed},    {990, clRed}};
     for (const auto& t : cases)
         EXPECT_EQ(colourAt(t.ppt), t.colour) << t.ppt;
+    // The bands fill the inside of the track's bevel, not its far edge.
+    const TRect track = s().TrackRect();
+    const int32_t at = start + int32_t(std::nearbyint(double(f) * 500));
+    const QPoint inner =
+        s().Vertical() ? QPoint(track.Right - 2, at) : QPoint(at, track.Bottom - 2);
+    const QPoint edge = s().Vertical() ? QPoint(track.Right - 1, at) : QPoint(at, track.Bottom - 1);
+    EXPECT_EQ(s().Surface().Pixel(inner.x(), inner.y()), clGreen);
+    EXPECT_NE(s().Surface().Pixel(edge.x(), edge.y()), clGreen);
     s().SetOptions(TKxSlider::kAllOptions & ~TKxSlider::SliderOption(TKxSlider::opSector));
     s().PaintToSurface();
     for (const auto& t : cases)
