@@ -111,8 +111,23 @@ void SetMessageBoxHook(TMessageBoxHook hook) {
     InstalledHook() = std::move(hook);
 }
 
+namespace {
+std::function<void()>& beepHook() {
+    static std::function<void()> hook;
+    return hook;
+}
+}  // namespace
+
 void Beep() {
+    if (const std::function<void()> hook = beepHook()) {
+        hook();
+        return;
+    }
     if (qobject_cast<QApplication*>(QCoreApplication::instance())) QApplication::beep();
+}
+
+void SetBeepHook(std::function<void()> hook) {
+    beepHook() = std::move(hook);
 }
 
 }  // namespace kx

@@ -417,5 +417,25 @@ TEST_F(Dial, TheRoundMarkSitsOnItsCentre) {
     EXPECT_GE(ink.Right - ink.Left, 2 * 4 + 1);
 }
 
+TEST_F(Dial, TheMarksSizeTheRingAndTheCentring) {
+    // The round mark's radius is half the pointer size: its centre R - radius - 3 inside.
+    d_->SetPointerSize(12);
+    d_->PaintToSurface();
+    d_->SetValue(50.0f);
+    const TPoint c = d_->FaceCentre();
+    const int32_t radius = KxGetRadius(d_->FaceRect());
+    EXPECT_EQ(d_->PointerPoints().at(0), (TPoint{c.X, c.Y - (radius - 6 - 3)}));
+    // The ring is outlined in the button shadow.
+    EXPECT_EQ(d_->Surface().Pixel(c.X, d_->FaceRect().Top), ColorToRGB(clBtnShadow));
+    // Back to the round mark after another one.
+    d_->SetPointerType(TKxDial::dpLine);
+    d_->SetPointerType(TKxDial::dpRound);
+    EXPECT_EQ(d_->PointerType(), TKxDial::dpRound);
+    // A wide control centres the face.
+    d_->SetBounds(0, 0, 400, 200);
+    d_->PaintToSurface();
+    EXPECT_NEAR(d_->FaceCentre().X, 200, 1);
+}
+
 }  // namespace
 }  // namespace kx

@@ -48,7 +48,9 @@ void SetMessageBoxHook(TMessageBoxHook hook);
 // Default button's ID for flags: what the box returns when the user just presses Enter.
 int DefaultMessageBoxResult(int flags);
 
-// The platform's alert sound; does nothing without a GUI application.
+// The platform's alert sound; does nothing without a GUI application. A hook, when set,
+// is called instead (tests count beeps with it; an empty hook restores the sound).
 void Beep();
+void SetBeepHook(std::function<void()> hook);
 
 }  // namespace kx
