@@ -1,5 +1,6 @@
 // Reading an entry of the numeric edit: notation prefix, engineering letter, the scan for
 // offending characters and the conversion.
+#include <algorithm>
 #include <cmath>
 
 #include "kx/drawing/binstr.h"
@@ -61,9 +62,10 @@ TKxNumEdit::TEditBase baseOfPrefix(QChar c, TKxNumEdit::TEditBase fallback) {
 void scan(const QString& body, qsizetype offset, const TBaseProperties& p, QChar decimal,
           TKxNumEdit::TEntry& e) {
     const auto bad = [&](qsizetype i) {
+        // The two scans report out of order: keep the outermost positions.
         const int32_t at = int32_t(offset + i);
-        if (e.FirstInvalid < 0) e.FirstInvalid = at;
-        e.LastInvalid = at;
+        e.FirstInvalid = e.FirstInvalid < 0 ? at : std::min(e.FirstInvalid, at);
+        e.LastInvalid = std::max(e.LastInvalid, at);
         e.Valid = false;
     };
     qsizetype i = 0;
