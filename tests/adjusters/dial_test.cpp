@@ -437,5 +437,51 @@ TEST_F(Dial, TheMarksSizeTheRingAndTheCentring) {
     EXPECT_NEAR(d_->FaceCentre().X, 200, 1);
 }
 
+TEST(DialLayout, NamesAndValueBoxGiveWayAtExactHeights) {
+    // Fixed metrics: 8 pixels of bevel a side, names 13 each, the value box 17 + 5; the
+    // face needs 12 pixels of height.
+    test::ResetEnvironment();
+    QWidget form;
+    const struct {
+        int height;
+        bool name1;  // Name1 shown as an option
+        bool names, box;
+    } cases[] = {
+        {76, true, true, true},  {75, true, false, true},   // 60 - 26 - 22 = 12
+        {63, false, true, true}, {62, false, false, true},  // Name2 alone: 13
+        {50, true, false, true}, {49, true, false, false},  // 34 - 22 = 12
+    };
+    for (const auto& t : cases) {
+        TKxDial d(&form);
+        d.SetBounds(0, 0, 113, t.height);
+        if (!t.name1) d.SetOptions(TKxDial::kAllOptions & ~TKxDial::DialOption(TKxDial::opName1));
+        d.Loaded();
+        TRecordingCanvas rec(&d.SurfaceImage());
+        d.SetCanvas(&rec);
+        d.PaintToSurface();
+        EXPECT_EQ(rec.Log("TextOut").filter("SignalName").size(), t.names ? (t.name1 ? 2 : 1) : 0)
+            << t.height;
+        EXPECT_EQ(d.ValueBoxRect().Right > d.ValueBoxRect().Left, t.box) << t.height;
+        d.SetCanvas(nullptr);
+    }
+}
+
+TEST(DialDefaults, ConstructionIsOneUpdatePhase) {
+    test::ResetEnvironment();
+    TKxDial d;
+    EXPECT_EQ(d.Font()->Name(), QStringLiteral("MS Sans Serif"));
+    d.SetRedrawNeeded(false);
+    d.SetPointerSize(5);  // stored, no repaint before the control is loaded
+    EXPECT_FALSE(d.RedrawNeeded());
+    d.Loaded();
+    d.PaintToSurface();
+    d.SetRedrawNeeded(false);
+    d.SetColorFocus(clRed);
+    EXPECT_TRUE(d.RedrawNeeded());
+    d.SetRedrawNeeded(false);
+    d.SetColorNonFocus(clBlue);
+    EXPECT_TRUE(d.RedrawNeeded());
+}
+
 }  // namespace
 }  // namespace kx
