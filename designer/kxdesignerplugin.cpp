@@ -17,7 +17,10 @@ QIcon TKxDesignerWidget::icon() const {
 
 QWidget* TKxDesignerWidget::createWidget(QWidget* parent) {
     QWidget* widget = entry_.Create(parent);
-    if (auto* control = qobject_cast<kx::TKxControl*>(widget)) control->SetDesigning(initialized_);
+    if (auto* control = qobject_cast<kx::TKxControl*>(widget))
+        control->SetDesigning(initialized_);
+    else if (widget)  // components on Qt's own widgets carry the flag as a property
+        widget->setProperty("Designing", initialized_);
     return widget;
 }
 

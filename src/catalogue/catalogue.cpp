@@ -13,6 +13,7 @@
 #include "kx/binary/kxled.h"
 #include "kx/binary/leverswitch.h"
 #include "kx/binary/rockerswitch.h"
+#include "kx/entry/numedit.h"
 #include "kx/drawing/angles.h"
 #include "kx/drawing/shapes.h"
 #include "kx/framework/control.h"
@@ -76,7 +77,8 @@ const TRow kRows[] = {
     {kMisc, "TKxGradient", "Area filled with a colour gradient", Absent},
     {kMisc, "TKxTimerSpeedBtn", "Speed button that repeats while held down", Absent},
     {kMisc, "TKxSpinButton", "Pair of up and down spin buttons", Absent},
-    {kMisc, "TKxNumEdit", "Numeric edit with number bases and engineering prefixes", Absent},
+    {kMisc, "TKxNumEdit", "Numeric edit with number bases and engineering prefixes",
+     Component<TKxNumEdit>("kx/entry/numedit.h")},
     {kMisc, "TKxNumSpin", "Numeric edit with spin buttons", Absent},
     {kAnalogInd, "TKxValueInd", "Value readout with name and unit", Absent},
     {kAnalogInd, "TKxBar", "Plain bar: solid, LED chain, marker or sector colours",

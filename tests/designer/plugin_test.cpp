@@ -93,7 +93,10 @@ TEST(DesignerPlugin, FormBuildersGetRunTimeComponents) {
         ASSERT_TRUE(widget);
         EXPECT_EQ(QString::fromLatin1(widget->metaObject()->className()), w->name());
         const TKxControl* control = asControl(widget.get());
-        ASSERT_TRUE(control);
+        if (!control) {  // a component on one of Qt's own widgets
+            EXPECT_EQ(widget->property("Designing"), QVariant(false)) << w->name().toStdString();
+            continue;
+        }
         EXPECT_FALSE(control->Designing());
     }
 }
@@ -113,7 +116,10 @@ TEST(DesignerPlugin, DesignerGetsDesigningComponents) {
         EXPECT_TRUE(w->isInitialized());
         std::unique_ptr<QWidget> widget(w->createWidget(nullptr));
         const TKxControl* control = asControl(widget.get());
-        ASSERT_TRUE(control);
+        if (!control) {
+            EXPECT_EQ(widget->property("Designing"), QVariant(true)) << w->name().toStdString();
+            continue;
+        }
         EXPECT_TRUE(control->Designing());
         auto* meter = const_cast<TKxAnalogGControl*>(asAnalog(widget.get()));
         if (!meter && !as<TKxBinGControl>(widget.get(), "kx::TKxBinGControl")) {

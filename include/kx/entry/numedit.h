@@ -110,6 +110,8 @@ class TKxNumEdit : public QLineEdit {
     Q_PROPERTY(TNumEditState State READ State STORED false)
     Q_PROPERTY(bool AutoSelect READ AutoSelect WRITE SetAutoSelect)
     Q_PROPERTY(bool AutoSize READ AutoSize WRITE SetKxAutoSize)
+    // Set by the Designer plugin; not a setting of the form.
+    Q_PROPERTY(bool Designing READ Designing WRITE SetDesigning DESIGNABLE false STORED false)
 
   public:
     explicit TKxNumEdit(QWidget* parent = nullptr);
@@ -161,7 +163,7 @@ class TKxNumEdit : public QLineEdit {
     QString LastAppliedText() const { return lastApplied_; }
     bool Loading() const { return loading_; }
     bool Designing() const { return designing_; }
-    Q_INVOKABLE void SetDesigning(bool d) { designing_ = d; }
+    void SetDesigning(bool d) { designing_ = d; }
 
     // Checks the text; with apply also converts, limits and shows the value. False when
     // the text cannot be read (the state shows the error).
