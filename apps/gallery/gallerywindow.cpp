@@ -4,6 +4,7 @@
 
 #include "adjusterpage.h"
 #include "binarypage.h"
+#include "miscpage.h"
 #include "pages.h"
 #include "roundmeterpage.h"
 #include "straightpage.h"
@@ -17,8 +18,7 @@ QString styleSheetText() {
         "#meterCard { background: #fbfbfc; border: 1px solid #d3d6db; border-radius: 6px; }"
         "#meterCaption { font-size: 11px; background: transparent; }"
         "#eventLog { font-size: 11px; }"
-        "#hintText { color: #5f6670; }"
-        "#pageNote { font-size: 15px; color: #5f6670; }");
+        "#hintText { color: #5f6670; }");
 }
 
 }  // namespace
@@ -26,15 +26,9 @@ QString styleSheetText() {
 GalleryWindow::GalleryWindow(QWidget* parent) : QMainWindow(parent), tabs_(new QTabWidget) {
     setWindowTitle(QStringLiteral("Kx instruments gallery"));
     tabs_->setDocumentMode(true);
-    const QStringList& names = PalettePageNames();
     meterPage_ = new RoundMeterPage(kStartTime);
     pages_ = {
-        new NotePage(names.at(0), QStringLiteral("Clocks, operating-hour counters, labels, "
-                                                 "bevels, panels, gradients and numeric entry "
-                                                 "fields will appear here.")),
-        meterPage_,
-        new StraightPage(kStartTime),
-        new AdjusterPage,
+        new MiscPage(kStartTime),   meterPage_, new StraightPage(kStartTime), new AdjusterPage,
         new BinaryPage(kStartTime),
     };
     for (GalleryPage* page : pages_)

@@ -1,6 +1,5 @@
 #include "pages.h"
 
-#include <QLabel>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
@@ -37,19 +36,6 @@ void GalleryPage::SetScrollContent(QWidget* content) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll);
-}
-
-NotePage::NotePage(const QString& paletteName, const QString& note, QWidget* parent)
-    : GalleryPage(paletteName, parent), label_(new QLabel(note, this)) {
-    label_->setObjectName(QStringLiteral("pageNote"));
-    label_->setAlignment(Qt::AlignCenter);
-    label_->setWordWrap(true);
-    auto* layout = new QVBoxLayout(this);
-    layout->addWidget(label_);
-}
-
-QString NotePage::Note() const {
-    return label_->text();
 }
 
 }  // namespace kxgallery

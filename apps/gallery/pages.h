@@ -7,8 +7,6 @@
 #include <QStringList>
 #include <QWidget>
 
-class QLabel;
-
 namespace kxgallery {
 
 // "KxMisc", "KxAnalogInd", "KxAnalogAdj", "KxBinary".
@@ -37,17 +35,6 @@ class GalleryPage : public QWidget {
     QString paletteName_;
     QString section_;
     QString sectionSlug_;
-};
-
-// A page with a centred note.
-class NotePage : public GalleryPage {
-    Q_OBJECT
-  public:
-    NotePage(const QString& paletteName, const QString& note, QWidget* parent = nullptr);
-    QString Note() const;
-
-  private:
-    QLabel* label_;
 };
 
 }  // namespace kxgallery

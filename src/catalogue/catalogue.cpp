@@ -13,10 +13,12 @@
 #include "kx/binary/kxled.h"
 #include "kx/binary/leverswitch.h"
 #include "kx/binary/rockerswitch.h"
-#include "kx/entry/numedit.h"
 #include "kx/drawing/angles.h"
 #include "kx/drawing/shapes.h"
+#include "kx/entry/numedit.h"
+#include "kx/entry/numspin.h"
 #include "kx/framework/control.h"
+#include "kx/framework/spinbutton.h"
 #include "kx/host/bitmap.h"
 #include "kx/host/numeric.h"
 #include "kx/indicators/bar.h"
@@ -75,11 +77,14 @@ const TRow kRows[] = {
     {kMisc, "TKxBevel", "Raised or lowered bevel frame", Absent},
     {kMisc, "TKxPanel", "Panel with bevels and a gradient surface", Absent},
     {kMisc, "TKxGradient", "Area filled with a colour gradient", Absent},
-    {kMisc, "TKxTimerSpeedBtn", "Speed button that repeats while held down", Absent},
-    {kMisc, "TKxSpinButton", "Pair of up and down spin buttons", Absent},
+    {kMisc, "TKxTimerSpeedBtn", "Speed button that repeats while held down",
+     Component<TKxTimerSpeedBtn>("kx/framework/spinbutton.h")},
+    {kMisc, "TKxSpinButton", "Pair of up and down spin buttons",
+     Component<TKxSpinButton>("kx/framework/spinbutton.h")},
     {kMisc, "TKxNumEdit", "Numeric edit with number bases and engineering prefixes",
      Component<TKxNumEdit>("kx/entry/numedit.h")},
-    {kMisc, "TKxNumSpin", "Numeric edit with spin buttons", Absent},
+    {kMisc, "TKxNumSpin", "Numeric edit with spin buttons",
+     Component<TKxNumSpin>("kx/entry/numspin.h")},
     {kAnalogInd, "TKxValueInd", "Value readout with name and unit", Absent},
     {kAnalogInd, "TKxBar", "Plain bar: solid, LED chain, marker or sector colours",
      Component<TKxBar>("kx/indicators/bar.h")},

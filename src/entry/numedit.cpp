@@ -42,7 +42,8 @@ int32_t intView(double v) {
 
 }  // namespace
 
-TKxNumEdit::TKxNumEdit(QWidget* parent) : QLineEdit(parent) {
+TKxNumEdit::TKxNumEdit(QWidget* parent)
+    : QLineEdit(parent), hexText_(QStringLiteral("0")), binText_(QStringLiteral("0")) {
     setText(QStringLiteral("0"));
     connect(this, &QLineEdit::textEdited, this, [this] { textEditedByUser(); });
     applyColor();
@@ -197,6 +198,7 @@ void TKxNumEdit::SetText(double v) {
     singleView_ = singleView(v);
     intView_ = intView(v);
     value_ = v;
+    formatted_ = true;
     hexText_ = IntToHex(int64_t(uint32_t(intView_)), digitsHex_);
     binText_ = KxIntToBin(intView_, digitsBool_);
     setText(textOf(editBase_));
@@ -242,7 +244,7 @@ void TKxNumEdit::DownClick() {
 void TKxNumEdit::textEditedByUser() {
     // Applied at once only at design time or before any value was shown; otherwise the
     // entry waits for Enter or for the focus to leave.
-    CheckEdit(designing_ || binText_.isEmpty());
+    CheckEdit(designing_ || !formatted_);
     emit OnChange(this);
 }
 

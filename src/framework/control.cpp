@@ -207,20 +207,7 @@ void TKxControl::paintEvent(QPaintEvent* e) {
     screenUpdatePending_ = false;
     PaintToSurface();
     QPainter p(this);
-    const QRect r = e->rect();
-    const double ratio = surface_.DeviceRatio();
-    if (ratio == 1.0) {
-        p.drawImage(r.topLeft(), surface_.Image(), r);
-        return;
-    }
-    // The device pixels of the area, one to one: the painter scales the logical target
-    // rectangle back up by the widget's ratio, which is the surface's.
-    const TRect d = surface_.Canvas().DeviceRect(
-        TRect{r.left(), r.top(), r.left() + r.width(), r.top() + r.height()});
-    const QRect source(d.Left, d.Top, d.Width(), d.Height());
-    p.drawImage(QRectF(source.x() / ratio, source.y() / ratio, source.width() / ratio,
-                       source.height() / ratio),
-                surface_.Image(), source);
+    KxBlitSurface(p, surface_, e->rect());
 }
 
 void TKxControl::resizeEvent(QResizeEvent* e) {

@@ -1,5 +1,6 @@
 #include "kx/host/bitmap.h"
 
+#include <QPainter>
 #include <cstring>
 
 namespace kx {
@@ -91,6 +92,20 @@ TColor TBitmap::Pixel(int32_t x, int32_t y) const {
 
 bool TBitmap::SaveToFile(const QString& path) const {
     return image_.save(path);
+}
+
+void KxBlitSurface(QPainter& painter, TBitmap& surface, const QRect& r) {
+    const double ratio = surface.DeviceRatio();
+    if (ratio == 1.0) {
+        painter.drawImage(r.topLeft(), surface.Image(), r);
+        return;
+    }
+    const TRect d = surface.Canvas().DeviceRect(
+        TRect{r.left(), r.top(), r.left() + r.width(), r.top() + r.height()});
+    const QRect source(d.Left, d.Top, d.Width(), d.Height());
+    painter.drawImage(QRectF(source.x() / ratio, source.y() / ratio, source.width() / ratio,
+                             source.height() / ratio),
+                      surface.Image(), source);
 }
 
 }  // namespace kx

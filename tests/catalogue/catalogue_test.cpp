@@ -31,19 +31,20 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
     for (const TKxCatalogueEntry& e : KxCatalogue())
         all << e.Page + '/' + e.ClassName;
     EXPECT_EQ(all,
-              (QStringList{"KxMisc/TKxNumEdit", "KxAnalogInd/TKxBar", "KxAnalogInd/TKxVBar",
-                           "KxAnalogInd/TKxHBar", "KxAnalogInd/TKxVMeter", "KxAnalogInd/TKxHMeter",
-                           "KxAnalogInd/TKx120Meter", "KxAnalogInd/TKx180Meter",
-                           "KxAnalogInd/TKx270Meter", "KxAnalogAdj/TKxDial",
-                           "KxAnalogAdj/TKxGearDial", "KxAnalogAdj/TKxHSlider",
-                           "KxAnalogAdj/TKxVSlider", "KxBinary/TKxLED", "KxBinary/TKxColBitBtn",
-                           "KxBinary/TKxRockerSwitch", "KxBinary/TKxToggleSwitch"}));
+              (QStringList{
+                  "KxMisc/TKxTimerSpeedBtn",  "KxMisc/TKxSpinButton",    "KxMisc/TKxNumEdit",
+                  "KxMisc/TKxNumSpin",        "KxAnalogInd/TKxBar",      "KxAnalogInd/TKxVBar",
+                  "KxAnalogInd/TKxHBar",      "KxAnalogInd/TKxVMeter",   "KxAnalogInd/TKxHMeter",
+                  "KxAnalogInd/TKx120Meter",  "KxAnalogInd/TKx180Meter", "KxAnalogInd/TKx270Meter",
+                  "KxAnalogAdj/TKxDial",      "KxAnalogAdj/TKxGearDial", "KxAnalogAdj/TKxHSlider",
+                  "KxAnalogAdj/TKxVSlider",   "KxBinary/TKxLED",         "KxBinary/TKxColBitBtn",
+                  "KxBinary/TKxRockerSwitch", "KxBinary/TKxToggleSwitch"}));
 
     const struct {
         const char* page;
         QStringList classes;
     } pages[] = {
-        {"KxMisc", {"TKxNumEdit"}},
+        {"KxMisc", {"TKxTimerSpeedBtn", "TKxSpinButton", "TKxNumEdit", "TKxNumSpin"}},
         {"KxAnalogInd",
          {"TKxBar", "TKxVBar", "TKxHBar", "TKxVMeter", "TKxHMeter", "TKx120Meter", "TKx180Meter",
           "TKx270Meter"}},

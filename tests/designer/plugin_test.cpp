@@ -17,6 +17,7 @@
 
 #include "designer/properties.h"
 #include "kx/catalogue/catalogue.h"
+#include "kx/framework/adjuster.h"
 #include "kx/framework/binarycontrol.h"
 #include "kx/indicators/barinstrument.h"
 #include "kx/indicators/rmeter.h"
@@ -122,6 +123,9 @@ TEST(DesignerPlugin, DesignerGetsDesigningComponents) {
         }
         EXPECT_TRUE(control->Designing());
         auto* meter = const_cast<TKxAnalogGControl*>(asAnalog(widget.get()));
+        if (!meter && !as<TKxBinGControl>(widget.get(), "kx::TKxBinGControl") &&
+            !as<TKxAnalogCControl>(widget.get(), "kx::TKxAnalogCControl"))
+            continue;  // a spin button: nothing more to design
         if (!meter && !as<TKxBinGControl>(widget.get(), "kx::TKxBinGControl")) {
             // An adjuster takes its value at design time like any property.
             ASSERT_TRUE(widget->setProperty("Value", 150.0));

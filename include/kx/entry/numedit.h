@@ -54,6 +54,10 @@
 //  - OnChange is the edit's change handler: it fires for changes the operator makes
 //    (typing, pasting, undo) and after each step, not when the edit shows a value.
 //  - Loaded() ends the loading phase; it runs by itself on the first polish.
+//  - The hexadecimal and binary views start as "0", so an edit switched to another
+//    notation before any value was shown shows 0, not an empty field. Until a value is
+//    shown, a typed entry is applied at once (as the classic edit did while its binary
+//    view was still empty).
 #include <QLineEdit>
 #include <QString>
 #include <cstdint>
@@ -235,6 +239,7 @@ class TKxNumEdit : public QLineEdit {
     bool atLower_ = false;
     bool loading_ = true;
     bool designing_ = false;
+    bool formatted_ = false;  // a value has been shown
 };
 
 }  // namespace kx

@@ -14,6 +14,8 @@
 
 #include "kx/host/canvas.h"
 
+class QPainter;
+
 namespace kx {
 
 class TBitmap {
@@ -59,5 +61,9 @@ class TBitmap {
     std::unique_ptr<TCanvas> canvas_;
     bool transparent_ = false;
 };
+
+// Paints the logical area of a widget from its surface in a paint event: the area's
+// device pixels one to one, the painter scaling the logical target back up by the ratio.
+void KxBlitSurface(QPainter& painter, TBitmap& surface, const QRect& area);
 
 }  // namespace kx
