@@ -133,6 +133,8 @@ TEST_F(Dial, PointerMarksInTheirColours) {
     const auto tri = d_->PointerPoints();
     ASSERT_EQ(tri.size(), 3u);
     EXPECT_NEAR(tri[1].X, c.X - 4, 1);
+    EXPECT_NEAR(tri[2].X, c.X + 4, 1);
+    EXPECT_NEAR(tri[2].Y, tri[1].Y, 1);
     EXPECT_NEAR(tri[1].Y, c.Y - (radius - 11), 1);
     EXPECT_EQ(d_->Surface().Pixel(tri[0].X, tri[0].Y + 1), clBlack);
     EXPECT_EQ(d_->Surface().Pixel(c.X, tri[1].Y - 2), clGreen);
@@ -444,23 +446,26 @@ TEST(DialLayout, NamesAndValueBoxGiveWayAtExactHeights) {
     QWidget form;
     const struct {
         int height;
-        bool name1;  // Name1 shown as an option
-        bool names, box;
+        TKxDial::TDialOption off;  // an option left out (opScale: none that matters here)
+        int names;
+        bool box;
     } cases[] = {
-        {76, true, true, true},  {75, true, false, true},   // 60 - 26 - 22 = 12
-        {63, false, true, true}, {62, false, false, true},  // Name2 alone: 13
-        {50, true, false, true}, {49, true, false, false},  // 34 - 22 = 12
+        {76, TKxDial::opScale, 2, true},  {75, TKxDial::opScale, 0, true},   // 60 - 26 - 22
+        {63, TKxDial::opName1, 1, true},  {62, TKxDial::opName1, 0, true},   // Name2 alone
+        {63, TKxDial::opName2, 1, true},  {62, TKxDial::opName2, 0, true},   // Name1 alone
+        {54, TKxDial::opValue, 2, false}, {53, TKxDial::opValue, 0, false},  // 38 - 26
+        {50, TKxDial::opScale, 0, true},  {49, TKxDial::opScale, 0, false},  // 34 - 22
     };
     for (const auto& t : cases) {
         TKxDial d(&form);
         d.SetBounds(0, 0, 113, t.height);
-        if (!t.name1) d.SetOptions(TKxDial::kAllOptions & ~TKxDial::DialOption(TKxDial::opName1));
+        d.SetOptions(TKxDial::kAllOptions & ~TKxDial::DialOption(t.off));
         d.Loaded();
         TRecordingCanvas rec(&d.SurfaceImage());
         d.SetCanvas(&rec);
         d.PaintToSurface();
-        EXPECT_EQ(rec.Log("TextOut").filter("SignalName").size(), t.names ? (t.name1 ? 2 : 1) : 0)
-            << t.height;
+        EXPECT_EQ(rec.Log("TextOut").filter("SignalName").size(), t.names)
+            << t.height << " " << t.off;
         EXPECT_EQ(d.ValueBoxRect().Right > d.ValueBoxRect().Left, t.box) << t.height;
         d.SetCanvas(nullptr);
     }

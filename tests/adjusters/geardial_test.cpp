@@ -73,6 +73,11 @@ TEST_F(GearDial, TheRangeSpansItsTurns) {
         EXPECT_NEAR(g().TotalAngle(), t.angle, 1e-9) << t.turns << " " << t.digit;
         EXPECT_EQ(g().TurnCount(), t.count) << t.turns << " " << t.digit;
     }
+    // A range of one digit: one end or the other.
+    g().SignalSettings()->SetDigitalTo(1);
+    g().SetTurns(2);
+    g().SetDigit(1);
+    EXPECT_DOUBLE_EQ(g().TotalAngle(), 720.0);
     // Digits counted from DigitalFrom.
     g().SignalSettings()->SetDigitalFrom(100);
     g().SignalSettings()->SetDigitalTo(1100);
@@ -319,6 +324,36 @@ TEST(GearDialHiDpi, AReadingMatchesAFullPaint) {
         g.Invalidate();
         g.PaintToSurface();
         EXPECT_EQ(read, g.Surface().Image()) << ratio;
+    }
+}
+
+TEST_F(GearDial, TheKnobIsCentredAndItsRimThin) {
+    g().SetBounds(0, 0, 400, 200);  // wider than high: the knob stands in the middle
+    g().PaintToSurface();
+    EXPECT_NEAR(g().KnobCentre().X, 200, 1);
+    // The rim's outline is one pixel: the pixel inside it is the rim's own colour.
+    const TPoint c = g().KnobCentre();
+    const int32_t top = g().KnobRect().Top;
+    const TColor rim = KxSetBrightness(ColorToRGB(clBtnFace), 80.0f);
+    EXPECT_EQ(g().Surface().Pixel(c.X + 2, top), ColorToRGB(clBtnShadow));
+    EXPECT_EQ(g().Surface().Pixel(c.X + 2, top + 1), rim);
+}
+
+TEST(GearDialLayout, KnurlsAreDoubledFromSixtyPixels) {
+    test::ResetEnvironment();
+    QWidget form;
+    const TColor light = ColorToRGB(clBtnHighlight);
+    for (const auto& [width, doubled] : {std::pair{80, true}, std::pair{79, false}}) {
+        TKxGearDial g(&form);
+        g.SetBounds(0, 0, width, 600);
+        g.Loaded();
+        g.PaintToSurface();
+        g.SetDigit(0);
+        const TPoint c = g.KnobCentre();
+        const int32_t inner = g.KnobRect().Width() / 2 - g.RimDepth() + 1;
+        const TPoint p = KxRotate(TPoint{c.X, c.Y - inner}, c, 320.0f, true);
+        ASSERT_EQ(g.Surface().Pixel(p.X, p.Y), light) << width;
+        EXPECT_EQ(g.Surface().Pixel(p.X + 1, p.Y) == light, doubled) << width;
     }
 }
 
