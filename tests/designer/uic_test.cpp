@@ -9,6 +9,7 @@
 #include "kx/binary/colbitbtn.h"
 #include "kx/binary/kxled.h"
 #include "kx/binary/leverswitch.h"
+#include "kx/entry/numspin.h"
 #include "kx/indicators/rmeter.h"
 #include "ui_panel.h"
 
@@ -134,6 +135,19 @@ TEST(UicPanel, GroupsOfBinaryElementsKeepTheirSavedWords) {
     EXPECT_EQ(ui.pumpSwitch->CaptionOff(), "STOP");
     EXPECT_EQ(ui.pumpSwitch->Color(), RGB(200, 200, 200));
     EXPECT_EQ(ui.pumpSwitch->Caption(), "");
+}
+
+TEST(UicPanel, ANumericSpinGetsItsLimitsBeforeItsValue) {
+    QWidget form;
+    Ui::KxPanel ui;
+    ui.setupUi(&form);
+    // 255 loaded after MaxValue 200 and eoLimitMax: limited, shown in 4 hexadecimal digits.
+    EXPECT_EQ(ui.setpoint->Value(), 200.0);
+    EXPECT_EQ(ui.setpoint->text(), QStringLiteral("00C8"));
+    EXPECT_TRUE(ui.setpoint->AtUpperLimit());
+    EXPECT_EQ(ui.setpoint->Increment(), 16.0f);
+    EXPECT_FALSE(ui.setpoint->Designing());
+    EXPECT_FALSE(ui.setpoint->SpinButton()->UpButton()->isEnabled());
 }
 
 }  // namespace

@@ -9,18 +9,19 @@
 // to leave, ColorError with a beep and the offending characters selected). The value is
 // a double with integer, single, hexadecimal and binary views.
 //
-// Properties in declaration order:
+// Properties in declaration order (the limits, steps and digit counts come before Value,
+// so that a form sets them before the value it loads):
 //   EditBase       TEditBase, ebFloat: the notation shown and read without a prefix
 //   FormatStr      QString, "#0.#": the FormatFloat picture of ebFloat
+//   MinValue, MaxValue  double, 0: the limits, used with eoLimitMin / eoLimitMax
+//   Options        TNumEditOptions as bits, none: eoLimitMax, eoLimitMin, eoMultiply
+//   Increment      float, 0: the step of UpClick / DownClick (a factor with eoMultiply)
+//   DigitsHex, DigitsBool  int32, 0
 //   Value          double, 0
 //   ValueAsInt     int32: Round(Value) saturated to +-2147483647
 //   ValueAsSingle  float: Value, minus infinity at or below -1.5e45, 3.4e38 at or above
 //   ValueAsHex     QString: the integer view in hexadecimal, at least DigitsHex digits
 //   ValueAsBool    QString: the integer view in binary (KxIntToBin with DigitsBool)
-//   MinValue, MaxValue  double, 0: the limits, used with eoLimitMin / eoLimitMax
-//   Options        TNumEditOptions as bits, none: eoLimitMax, eoLimitMin, eoMultiply
-//   Increment      float, 0: the step of UpClick / DownClick (a factor with eoMultiply)
-//   DigitsHex, DigitsBool  int32, 0
 //   ColorDefault   TColor, clWindow; ColorError clRed; ColorEditing clLime
 //   EditorEnabled  bool, true: false refuses every typed character with a beep
 //   State          TNumEditState, esNormal (read-only)
@@ -94,28 +95,28 @@ class TKxNumEdit : public QLineEdit {
     static TEntry Parse(const QString& text, TEditBase editBase, const TFormatSettings& fs);
 
   private:
-    Q_PROPERTY(TEditBase EditBase READ EditBase WRITE SetEditBase)
-    Q_PROPERTY(QString FormatStr READ FormatStr WRITE SetFormatStr)
-    Q_PROPERTY(double Value READ Value WRITE SetValue NOTIFY OnValueChanged)
-    Q_PROPERTY(int ValueAsInt READ ValueAsInt WRITE SetValueAsInt STORED false)
-    Q_PROPERTY(float ValueAsSingle READ ValueAsSingle WRITE SetValueAsSingle STORED false)
-    Q_PROPERTY(QString ValueAsHex READ ValueAsHex WRITE SetValueAsHex STORED false)
-    Q_PROPERTY(QString ValueAsBool READ ValueAsBool WRITE SetValueAsBool STORED false)
-    Q_PROPERTY(double MinValue READ MinValue WRITE SetMinValue)
-    Q_PROPERTY(double MaxValue READ MaxValue WRITE SetMaxValue)
+    Q_PROPERTY(TEditBase EditBase READ EditBase WRITE setEditBase)
+    Q_PROPERTY(QString FormatStr READ FormatStr WRITE setFormatStr)
+    Q_PROPERTY(double MinValue READ MinValue WRITE setMinValue)
+    Q_PROPERTY(double MaxValue READ MaxValue WRITE setMaxValue)
     Q_PROPERTY(int Options READ Options WRITE setOptions)
-    Q_PROPERTY(float Increment READ Increment WRITE SetIncrement)
-    Q_PROPERTY(int DigitsHex READ DigitsHex WRITE SetDigitsHex)
-    Q_PROPERTY(int DigitsBool READ DigitsBool WRITE SetDigitsBool)
+    Q_PROPERTY(float Increment READ Increment WRITE setIncrement)
+    Q_PROPERTY(int DigitsHex READ DigitsHex WRITE setDigitsHex)
+    Q_PROPERTY(int DigitsBool READ DigitsBool WRITE setDigitsBool)
+    Q_PROPERTY(double Value READ Value WRITE setValue NOTIFY OnValueChanged)
+    Q_PROPERTY(int ValueAsInt READ ValueAsInt WRITE setValueAsInt STORED false)
+    Q_PROPERTY(float ValueAsSingle READ ValueAsSingle WRITE setValueAsSingle STORED false)
+    Q_PROPERTY(QString ValueAsHex READ ValueAsHex WRITE setValueAsHex STORED false)
+    Q_PROPERTY(QString ValueAsBool READ ValueAsBool WRITE setValueAsBool STORED false)
     Q_PROPERTY(QColor ColorDefault READ QColorDefault WRITE setColorDefault)
     Q_PROPERTY(QColor ColorError READ QColorError WRITE setColorError)
     Q_PROPERTY(QColor ColorEditing READ QColorEditing WRITE setColorEditing)
-    Q_PROPERTY(bool EditorEnabled READ EditorEnabled WRITE SetEditorEnabled)
+    Q_PROPERTY(bool EditorEnabled READ EditorEnabled WRITE setEditorEnabled)
     Q_PROPERTY(TNumEditState State READ State STORED false)
-    Q_PROPERTY(bool AutoSelect READ AutoSelect WRITE SetAutoSelect)
-    Q_PROPERTY(bool AutoSize READ AutoSize WRITE SetKxAutoSize)
+    Q_PROPERTY(bool AutoSelect READ AutoSelect WRITE setAutoSelect)
+    Q_PROPERTY(bool AutoSize READ AutoSize WRITE setAutoSize)
     // Set by the Designer plugin; not a setting of the form.
-    Q_PROPERTY(bool Designing READ Designing WRITE SetDesigning DESIGNABLE false STORED false)
+    Q_PROPERTY(bool Designing READ Designing WRITE setDesigning DESIGNABLE false STORED false)
 
   public:
     explicit TKxNumEdit(QWidget* parent = nullptr);
@@ -182,7 +183,24 @@ class TKxNumEdit : public QLineEdit {
 
     void Loaded();
 
+    // Qt-style names for uic, animations and generic code.
+    void setEditBase(TEditBase b) { SetEditBase(b); }
+    void setFormatStr(const QString& f) { SetFormatStr(f); }
+    void setValue(double v) { SetValue(v); }
+    void setValueAsInt(int v) { SetValueAsInt(v); }
+    void setValueAsSingle(float v) { SetValueAsSingle(v); }
+    void setValueAsHex(const QString& v) { SetValueAsHex(v); }
+    void setValueAsBool(const QString& v) { SetValueAsBool(v); }
+    void setMinValue(double v) { SetMinValue(v); }
+    void setMaxValue(double v) { SetMaxValue(v); }
     void setOptions(int o) { SetOptions(TNumEditOptions(o)); }
+    void setIncrement(float v) { SetIncrement(v); }
+    void setDigitsHex(int v) { SetDigitsHex(v); }
+    void setDigitsBool(int v) { SetDigitsBool(v); }
+    void setEditorEnabled(bool v) { SetEditorEnabled(v); }
+    void setAutoSelect(bool v) { SetAutoSelect(v); }
+    void setAutoSize(bool v) { SetKxAutoSize(v); }
+    void setDesigning(bool d) { SetDesigning(d); }
     QColor QColorDefault() const { return EncodeQColor(colorDefault_); }
     void setColorDefault(const QColor& c) { SetColorDefault(c); }
     QColor QColorError() const { return EncodeQColor(colorError_); }
