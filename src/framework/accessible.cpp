@@ -100,19 +100,22 @@ void click(QWidget* w) {
 
 }  // namespace
 
-// --- analog ----------------------------------------------------------------------------
+// --- indicators and adjusters alike ----------------------------------------------------
 
-TKxAnalogAccessible::TKxAnalogAccessible(TKxAnalogGControl* control)
-    : QAccessibleWidget(control, QAccessible::Indicator) {}
+template <class TControl>
+TKxValueAccessible<TControl>::TKxValueAccessible(TControl* control, QAccessible::Role role)
+    : QAccessibleWidget(control, role) {}
 
 // qobject_cast rather than a static cast: while QWidget's destructor runs the object is
 // no analog control any more, and the platform may still ask.
-TKxAnalogGControl* TKxAnalogAccessible::control() const {
-    return qobject_cast<TKxAnalogGControl*>(object());
+template <class TControl>
+TControl* TKxValueAccessible<TControl>::control() const {
+    return qobject_cast<TControl*>(object());
 }
 
-QString TKxAnalogAccessible::text(QAccessible::Text t) const {
-    const TKxAnalogGControl* c = control();
+template <class TControl>
+QString TKxValueAccessible<TControl>::text(QAccessible::Text t) const {
+    const TControl* c = control();
     if (!c) return QAccessibleWidget::text(t);
     switch (t) {
         case QAccessible::Name:
@@ -120,7 +123,8 @@ QString TKxAnalogAccessible::text(QAccessible::Text t) const {
         case QAccessible::Value:
             return valueText(c->ValueText(), c->Value(), *c->SignalSettings());
         case QAccessible::Description:
-            return joined(c->accessibleDescription(), alarmText(*c));
+            // QAccessibleWidget would fall back to the tool tip, which Help already gives.
+            return joined(c->accessibleDescription(), alarmState(*c));
         case QAccessible::Help:
             return helpText(*c);
         default:
@@ -128,27 +132,43 @@ QString TKxAnalogAccessible::text(QAccessible::Text t) const {
     }
 }
 
-void* TKxAnalogAccessible::interface_cast(QAccessible::InterfaceType t) {
+template <class TControl>
+void* TKxValueAccessible<TControl>::interface_cast(QAccessible::InterfaceType t) {
     if (t == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
     return QAccessibleWidget::interface_cast(t);
 }
 
-QVariant TKxAnalogAccessible::currentValue() const {
-    const TKxAnalogGControl* c = control();
+template <class TControl>
+QVariant TKxValueAccessible<TControl>::currentValue() const {
+    const TControl* c = control();
     return c ? QVariant(decimalOf(c->Value())) : QVariant();
 }
 
-void TKxAnalogAccessible::setCurrentValue(const QVariant&) {}
-
-QVariant TKxAnalogAccessible::maximumValue() const {
-    const TKxAnalogGControl* c = control();
+template <class TControl>
+QVariant TKxValueAccessible<TControl>::maximumValue() const {
+    const TControl* c = control();
     return c ? QVariant(decimalOf(c->SignalSettings()->ValueTo())) : QVariant();
 }
 
-QVariant TKxAnalogAccessible::minimumValue() const {
-    const TKxAnalogGControl* c = control();
+template <class TControl>
+QVariant TKxValueAccessible<TControl>::minimumValue() const {
+    const TControl* c = control();
     return c ? QVariant(decimalOf(c->SignalSettings()->ValueFrom())) : QVariant();
 }
+
+template class TKxValueAccessible<TKxAnalogGControl>;
+template class TKxValueAccessible<TKxAnalogCControl>;
+
+// --- analog ----------------------------------------------------------------------------
+
+TKxAnalogAccessible::TKxAnalogAccessible(TKxAnalogGControl* control)
+    : TKxValueAccessible(control, QAccessible::Indicator) {}
+
+QString TKxAnalogAccessible::alarmState(const TKxAnalogGControl& c) const {
+    return alarmText(c);
+}
+
+void TKxAnalogAccessible::setCurrentValue(const QVariant&) {}
 
 QVariant TKxAnalogAccessible::minimumStepSize() const {
     const TKxAnalogGControl* c = control();
@@ -159,38 +179,10 @@ QVariant TKxAnalogAccessible::minimumStepSize() const {
 // --- adjusters ------------------------------------------------------------------------
 
 TKxAdjusterAccessible::TKxAdjusterAccessible(TKxAnalogCControl* control)
-    : QAccessibleWidget(control, adjusterRole(*control)) {}
+    : TKxValueAccessible(control, adjusterRole(*control)) {}
 
-TKxAnalogCControl* TKxAdjusterAccessible::control() const {
-    return qobject_cast<TKxAnalogCControl*>(object());
-}
-
-QString TKxAdjusterAccessible::text(QAccessible::Text t) const {
-    const TKxAnalogCControl* c = control();
-    if (!c) return QAccessibleWidget::text(t);
-    switch (t) {
-        case QAccessible::Name:
-            return nameOf(*c, *c->SignalSettings());
-        case QAccessible::Value:
-            return valueText(c->ValueText(), c->Value(), *c->SignalSettings());
-        case QAccessible::Description:
-            // QAccessibleWidget would fall back to the tool tip, which Help already gives.
-            return c->accessibleDescription();
-        case QAccessible::Help:
-            return helpText(*c);
-        default:
-            return QAccessibleWidget::text(t);
-    }
-}
-
-void* TKxAdjusterAccessible::interface_cast(QAccessible::InterfaceType t) {
-    if (t == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
-    return QAccessibleWidget::interface_cast(t);
-}
-
-QVariant TKxAdjusterAccessible::currentValue() const {
-    const TKxAnalogCControl* c = control();
-    return c ? QVariant(decimalOf(c->Value())) : QVariant();
+QString TKxAdjusterAccessible::alarmState(const TKxAnalogCControl&) const {
+    return QString();
 }
 
 void TKxAdjusterAccessible::setCurrentValue(const QVariant& value) {
@@ -205,16 +197,6 @@ void TKxAdjusterAccessible::setCurrentValue(const QVariant& value) {
     // SetValue leaves a value that stays on the current digit unsnapped; the grid point
     // is the value it already had.
     if (alive && c->Digit() == digit && c->Value() != before) c->SetValue(before);
-}
-
-QVariant TKxAdjusterAccessible::maximumValue() const {
-    const TKxAnalogCControl* c = control();
-    return c ? QVariant(decimalOf(c->SignalSettings()->ValueTo())) : QVariant();
-}
-
-QVariant TKxAdjusterAccessible::minimumValue() const {
-    const TKxAnalogCControl* c = control();
-    return c ? QVariant(decimalOf(c->SignalSettings()->ValueFrom())) : QVariant();
 }
 
 QVariant TKxAdjusterAccessible::minimumStepSize() const {

@@ -54,23 +54,37 @@ class TKxAnalogCControl;
 class TKxAnalogGControl;
 class TKxBinGControl;
 
-class TKxAnalogAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+// What indicators and adjusters answer alike: name, value text, description, help, the
+// value interface's value and bounds. TControl is TKxAnalogGControl or TKxAnalogCControl.
+template <class TControl>
+class TKxValueAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
   public:
-    explicit TKxAnalogAccessible(TKxAnalogGControl* control);
+    TKxValueAccessible(TControl* control, QAccessible::Role role);
 
     QString text(QAccessible::Text t) const override;
     void* interface_cast(QAccessible::InterfaceType t) override;
 
     QVariant currentValue() const override;
-    // Indicators show readings; a reader cannot set one.
-    void setCurrentValue(const QVariant& value) override;
     QVariant maximumValue() const override;
     QVariant minimumValue() const override;
+
+  protected:
+    // Null once the control is being destroyed.
+    TControl* control() const;
+    // The description after the application's own.
+    virtual QString alarmState(const TControl& control) const = 0;
+};
+
+class TKxAnalogAccessible : public TKxValueAccessible<TKxAnalogGControl> {
+  public:
+    explicit TKxAnalogAccessible(TKxAnalogGControl* control);
+
+    // Indicators show readings; a reader cannot set one.
+    void setCurrentValue(const QVariant& value) override;
     QVariant minimumStepSize() const override;
 
-  private:
-    // Null once the control is being destroyed.
-    TKxAnalogGControl* control() const;
+  protected:
+    QString alarmState(const TKxAnalogGControl& control) const override;
 };
 
 class TKxBinAccessible : public QAccessibleWidget {
@@ -91,21 +105,15 @@ class TKxBinAccessible : public QAccessibleWidget {
     QString clickAction() const;
 };
 
-class TKxAdjusterAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+class TKxAdjusterAccessible : public TKxValueAccessible<TKxAnalogCControl> {
   public:
     explicit TKxAdjusterAccessible(TKxAnalogCControl* control);
 
-    QString text(QAccessible::Text t) const override;
-    void* interface_cast(QAccessible::InterfaceType t) override;
-
-    QVariant currentValue() const override;
     void setCurrentValue(const QVariant& value) override;
-    QVariant maximumValue() const override;
-    QVariant minimumValue() const override;
     QVariant minimumStepSize() const override;
 
-  private:
-    TKxAnalogCControl* control() const;
+  protected:
+    QString alarmState(const TKxAnalogCControl& control) const override;
 };
 
 // The QAccessible::InterfaceFactory of the components: an interface above for analog
