@@ -160,6 +160,9 @@ TKxSpinButton::TKxSpinButton(QWidget* parent)
     setMinimumWidth(kMinWidth);
     up_->SetArrowGlyph(TKxTimerSpeedBtn::agUp);
     down_->SetArrowGlyph(TKxTimerSpeedBtn::agDown);
+    // The arrows are drawn, not written: screen readers get their names here.
+    up_->setAccessibleName(QStringLiteral("Up"));
+    down_->setAccessibleName(QStringLiteral("Down"));
     for (TKxTimerSpeedBtn* b : {up_, down_})
         b->installEventFilter(this);
     connect(up_, &QAbstractButton::clicked, this, [this] { emit OnUpClick(this); });

@@ -405,5 +405,11 @@ TEST_F(SpinButton, DestroyedWhileHeldLeavesNoSubscription) {
     EXPECT_TRUE(FlashList().empty());
 }
 
+TEST_F(SpinButton, ButtonsAreNamedForScreenReaders) {
+    TKxSpinButton s;
+    EXPECT_EQ(s.UpButton()->accessibleName(), QStringLiteral("Up"));
+    EXPECT_EQ(s.DownButton()->accessibleName(), QStringLiteral("Down"));
+}
+
 }  // namespace
 }  // namespace kx

@@ -71,6 +71,7 @@
 //   or not), when the button is disabled or hidden, when TimerEnabled goes false, and
 //   when the button is destroyed; a button destroyed while held leaves no subscription.
 // - Click() does nothing on a disabled button.
+// - The spin button's buttons are named "Up" and "Down" for screen readers.
 // - The spin button draws nothing itself: its buttons always cover it. Huge sizes are
 //   accepted up to Qt's widget limit; each button's bitmap is as large as the button.
 #include <QAbstractButton>
