@@ -76,6 +76,8 @@ TEST(NumEditParse, OffendingCharactersAreMarked) {
         {"1.2.3", E::ebFloat, 3, 3},    // the second separator
         {"1.2.3.4", E::ebFloat, 3, 5},  // second and third
         {"12x4", E::ebFloat, 2, 2},
+        {"1.x.", E::ebFloat, 2, 3},  // found by the two scans out of order
+        {".5.5", E::ebFloat, 2, 2},  // a leading separator counts as the first
         {"--5", E::ebFloat, 1, 1},
         {"1e--5", E::ebFloat, 3, 3},
         {"1e5e3", E::ebFloat, 3, 3},
