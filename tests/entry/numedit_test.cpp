@@ -400,5 +400,82 @@ TEST_F(NumEdit, EditBaseShowsTheValueInItsNotation) {
     EXPECT_EQ(e_->EditBase(), E::ebFloat);
 }
 
+TEST(NumEditDefaults, ANewEditShowsZeroInItsDefaultColour) {
+    test::ResetEnvironment();
+    TKxNumEdit e;
+    EXPECT_EQ(e.text(), QStringLiteral("0"));
+    EXPECT_EQ(e.LastAppliedText(), QStringLiteral("0"));
+    EXPECT_EQ(e.EditBase(), E::ebFloat);
+    EXPECT_EQ(e.FormatStr(), QStringLiteral("#0.#"));
+    EXPECT_EQ(e.ColorError(), clRed);
+    EXPECT_EQ(e.ColorEditing(), clLime);
+    EXPECT_TRUE(e.Loading());
+    EXPECT_TRUE(e.EditorEnabled());
+}
+
+TEST_F(NumEdit, ColourSettersRecolourTheCurrentState) {
+    e_->SetColorDefault(clAqua);
+    EXPECT_EQ(base(), QRgb(0x00FFFF));
+    replaceBy(QStringLiteral("7"));
+    e_->SetColorEditing(clYellow);
+    EXPECT_EQ(base(), QRgb(0xFFFF00));
+    type(QStringLiteral("x"));
+    e_->SetColorError(clFuchsia);
+    EXPECT_EQ(base(), QRgb(0xFF00FF));
+}
+
+TEST_F(NumEdit, SettingTheSameOrNoValueLeavesTheEntryAndTheLimitsAlone) {
+    e_->SetOptions(E::NumEditOption(E::eoLimitMax));
+    e_->SetMaxValue(1.0);
+    e_->SetValue(5.0);  // limited to 1: at the limit
+    ASSERT_TRUE(e_->AtUpperLimit());
+    const int limits = limits_;
+    e_->SetValue(std::nan(""));
+    EXPECT_TRUE(e_->AtUpperLimit());
+    EXPECT_EQ(limits_, limits);
+    // An entry being typed survives setting the value it already has.
+    replaceBy(QStringLiteral("12"));
+    e_->SetValue(e_->Value());
+    EXPECT_EQ(e_->text(), QStringLiteral("12"));
+    EXPECT_EQ(e_->State(), E::esEditing);
+}
+
+TEST_F(NumEdit, KeysItHandlesDoNotReachItsParent) {
+    struct Parent : QWidget {
+        int keys = 0;
+        void keyPressEvent(QKeyEvent* e) override {
+            ++keys;
+            e->accept();
+        }
+    } parent;
+    TKxNumEdit e(&parent);
+    e.Loaded();
+    QKeyEvent digit(QEvent::KeyPress, Qt::Key_5, Qt::NoModifier, QStringLiteral("5"));
+    QCoreApplication::sendEvent(&e, &digit);
+    QKeyEvent up(QEvent::KeyPress, Qt::Key_Up, Qt::NoModifier);
+    QCoreApplication::sendEvent(&e, &up);
+    EXPECT_EQ(parent.keys, 0);
+}
+
+TEST_F(NumEdit, AnErrorInAShownEditTakesTheFocus) {
+    QWidget window;
+    QLineEdit other(&window);
+    TKxNumEdit e(&window);
+    e.move(0, 40);
+    e.Loaded();
+    window.show();
+    other.setFocus();
+    e.setText(QStringLiteral("1x"));
+    EXPECT_FALSE(e.CheckEdit(false));
+    EXPECT_EQ(window.focusWidget(), &e);
+    EXPECT_EQ(e.selectedText(), QStringLiteral("x"));
+    // At design time the form designer keeps the focus where it is.
+    other.setFocus();
+    e.SetDesigning(true);
+    e.setText(QStringLiteral("2y"));
+    EXPECT_FALSE(e.CheckEdit(false));
+    EXPECT_EQ(window.focusWidget(), &other);
+}
+
 }  // namespace
 }  // namespace kx
