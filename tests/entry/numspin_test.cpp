@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QStyle>
 #include <QWidget>
 #include <memory>
 
@@ -126,16 +127,36 @@ TEST_F(NumSpin, LeavingWhileHeldEndsTheHoldWithoutAClick) {
 }
 
 TEST_F(NumSpin, TheButtonSitsInsideTheRightEdge) {
+    const int frame = s_->style()->pixelMetric(QStyle::PM_DefaultFrameWidth, nullptr, s_.get());
     for (QSize size : {QSize(120, 40), QSize(60, 30), QSize(300, 80)}) {
         s_->resize(size);
         const QRect r = s_->SpinButton()->geometry();
-        EXPECT_EQ(r.width(), TKxSpinButton::kMinWidth);
-        EXPECT_GT(r.left(), size.width() / 2);
-        EXPECT_LE(r.right(), size.width() - 1);
-        EXPECT_GE(r.top(), 0);
-        EXPECT_LE(r.bottom(), size.height() - 1);
-        EXPECT_GE(s_->textMargins().right(), TKxSpinButton::kMinWidth);
+        EXPECT_EQ(r, QRect(size.width() - frame - TKxSpinButton::kMinWidth, frame,
+                           TKxSpinButton::kMinWidth, size.height() - 2 * frame));
+        EXPECT_EQ(s_->textMargins().right(), TKxSpinButton::kMinWidth + 2);
     }
+    // Placed at once, before the edit is ever shown.
+    TKxNumSpin hidden;
+    const QRect r = hidden.SpinButton()->geometry();
+    EXPECT_EQ(r.right(), hidden.width() - frame - 1);
+    EXPECT_EQ(hidden.SpinButton()->FocusControl(), &hidden);
+}
+
+TEST_F(NumSpin, LimitsAreReportedAndAFontRaisesTheMinimum) {
+    int limits = 0;
+    QObject::connect(s_.get(), &TKxNumEdit::OnLimit, [&] { ++limits; });
+    s_->SetOptions(E::NumEditOption(E::eoLimitMax));
+    s_->SetMaxValue(6.0);
+    key(Qt::Key_Up);
+    EXPECT_TRUE(s_->AtUpperLimit());
+    EXPECT_EQ(limits, 1);
+    const int h = QFontMetrics(s_->font()).height();
+    EXPECT_EQ(s_->MinimumHeight(), h + h / 4 + 6);  // the application's font is the edit's
+    QFont big = s_->font();
+    big.setPointSize(big.pointSize() * 3);
+    s_->setFont(big);
+    EXPECT_GT(s_->minimumHeight(), h + h / 4 + 6);
+    EXPECT_EQ(s_->minimumHeight(), s_->MinimumHeight());
 }
 
 TEST_F(NumSpin, NeverLowerThanItsMinimumHeight) {
