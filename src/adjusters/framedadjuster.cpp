@@ -66,18 +66,18 @@ void TKxFramedAdjuster::ParamChange(QObject* sender) {
 }
 
 TRect TKxFramedAdjuster::paintFrame(int32_t minRest) {
-    const TKxAdjusterFrameSpec spec{*bevelOuter_,
-                                    HasOptionBit(foBevelOuter),
-                                    *bevelValue_,
-                                    *fontValue_,
-                                    *Font(),
-                                    *SignalSettings(),
-                                    HasOptionBit(foValue),
-                                    HasOptionBit(foUnit),
-                                    HasOptionBit(foName1),
-                                    HasOptionBit(foName2),
-                                    minRest};
-    const TKxAdjusterFrame frame = KxPaintAdjusterFrame(Canvas(), ClientRect(), spec);
+    const TKxAdjusterFrameParts parts{*bevelOuter_,
+                                      HasOptionBit(foBevelOuter),
+                                      *bevelValue_,
+                                      *fontValue_,
+                                      *Font(),
+                                      *SignalSettings(),
+                                      HasOptionBit(foValue),
+                                      HasOptionBit(foUnit),
+                                      HasOptionBit(foName1),
+                                      HasOptionBit(foName2),
+                                      minRest};
+    const TKxAdjusterFrame frame = KxPaintAdjusterFrame(Canvas(), ClientRect(), parts);
     number_ = frame.Number;
     return frame.Rest;
 }

@@ -15,7 +15,7 @@
 
 namespace kx {
 
-struct TKxAdjusterFrameSpec {
+struct TKxAdjusterFrameParts {
     const TKxSBevel& Outer;
     bool OuterBevel;  // false: the whole control is filled in Outer's colour
     const TKxSBevel& ValueBevel;
@@ -32,6 +32,6 @@ struct TKxAdjusterFrame {
 };
 
 TKxAdjusterFrame KxPaintAdjusterFrame(TCanvas& canvas, const TRect& client,
-                                      const TKxAdjusterFrameSpec& spec);
+                                      const TKxAdjusterFrameParts& parts);
 
 }  // namespace kx
