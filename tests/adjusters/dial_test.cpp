@@ -151,6 +151,13 @@ TEST_F(Dial, AReadingRedrawsOnlyTheFaceAndTheNumber) {
     EXPECT_TRUE(test::ChangesOnlyIn(before, d_->Surface().Image(), changed, d_->FaceRect(),
                                     d_->ValueBoxRect()));
     EXPECT_GT(changed, 0);
+    // The new number is drawn: the box changed too.
+    int inBox = 0;
+    const TRect box = d_->ValueBoxRect();
+    for (int y = box.Top; y < box.Bottom; ++y)
+        for (int x = box.Left; x < box.Right; ++x)
+            inBox += before.pixel(x, y) != d_->Surface().Image().pixel(x, y);
+    EXPECT_GT(inBox, 0);
 }
 
 TEST_F(Dial, LayoutGivesWayToTheFace) {
@@ -205,6 +212,7 @@ TEST(DialDefaults, PropertiesAndTheirBounds) {
     EXPECT_EQ(d.BevelDial()->Spacing(), 1);
     EXPECT_EQ(d.FontValue()->Color(), clLime);
     EXPECT_EQ(d.FontValue()->Size(), 10);
+    EXPECT_EQ(d.FontValue()->Name(), QStringLiteral("System"));
     EXPECT_EQ(d.ScaleSettings()->Font()->Size(), 8);
     EXPECT_EQ(d.Font()->Size(), 10);
     for (int32_t size : {0, -1, 101}) {
