@@ -411,5 +411,15 @@ TEST_F(SpinButton, ButtonsAreNamedForScreenReaders) {
     EXPECT_EQ(s.DownButton()->accessibleName(), QStringLiteral("Down"));
 }
 
+TEST_F(SpinButton, SpeedButtonsTakeNoFocusAndKeepValidGlyphs) {
+    TKxTimerSpeedBtn b;
+    EXPECT_EQ(b.focusPolicy(), Qt::NoFocus);  // a speed button never takes the focus
+    b.SetArrowGlyph(TKxTimerSpeedBtn::agUp);
+    for (int bad : {-1, 3, 99}) {
+        b.SetArrowGlyph(TKxTimerSpeedBtn::TArrowGlyph(bad));
+        EXPECT_EQ(b.ArrowGlyph(), TKxTimerSpeedBtn::agUp) << bad;
+    }
+}
+
 }  // namespace
 }  // namespace kx
