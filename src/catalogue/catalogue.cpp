@@ -25,6 +25,7 @@
 #include "kx/indicators/barinstrument.h"
 #include "kx/indicators/linearmeter.h"
 #include "kx/indicators/rmeter.h"
+#include "kx/recorders/trend.h"
 
 namespace kx {
 namespace {
@@ -111,7 +112,8 @@ const TRow kRows[] = {
     {kAnalogInd, "TKxVCInd", "Course and attitude indicator", Absent},
     {kAnalogInd, "TKxOperatingPoint", "Operating-point display", Absent},
     {kAnalogInd, "TKxMiniTrend", "Mini trend", Absent},
-    {kAnalogInd, "TKxTrend", "Eight-channel trend recorder with cursor", Absent},
+    {kAnalogInd, "TKxTrend", "Eight-channel trend recorder with cursor",
+     Component<TKxTrend>("kx/recorders/trend.h")},
     {kAnalogInd, "TKxPrintTrend", "Trend printer", Absent},
     {kAnalogAdj, "TKxDial", "Dial for setting a value", Component<TKxDial>("kx/adjusters/dial.h")},
     {kAnalogAdj, "TKxGearDial", "Gear dial for setting a value",

@@ -1,0 +1,395 @@
+// The trend's display: layout, the curve bitmap and the cursor line (see trend.h).
+#include <algorithm>
+#include <cmath>
+
+#include "kx/drawing/text.h"
+#include "kx/host/datetime.h"
+#include "kx/host/datetimeformat.h"
+#include "kx/host/formatfloat.h"
+#include "kx/host/numeric.h"
+#include "kx/recorders/trend.h"
+
+namespace kx {
+namespace {
+
+const QString kDefaultScaleFormat = QStringLiteral("##0.#");
+
+bool validChannel(int ch) {
+    return ch >= 1 && ch <= TKxTrend::kChannels;
+}
+
+}  // namespace
+
+// ---- Geometry -----------------------------------------------------------------------------
+
+double TKxTrend::PixelFactor(int ch) const {
+    const TChSettings* c = Channel(ch);
+    if (!c || c->TotalDigit() <= 0) return 0.0;
+    return double(baseline_) / double(c->TotalDigit());
+}
+
+int32_t TKxTrend::DigitY(int ch, int32_t digit) const {
+    const double y = double(baseline_) - std::nearbyint(digit * PixelFactor(ch) / double(zoomY_)) +
+                     double(yOffset_);
+    return Round(std::clamp(y, -1e6, 1e6));
+}
+
+int32_t TKxTrend::gridY(int32_t k) const {
+    return baseline_ - Round(double(k) * baseline_ / gridYSteps_);
+}
+
+int32_t TKxTrend::DisplayableRecords() const {
+    if (laidOut_) return curves_.Width();
+    return std::max(1, width() - 2 * bevelOuter_->TotalWidth());
+}
+
+QString TKxTrend::scaleText(int ch, int32_t k) const {
+    // The value the grid line stands for, from the unrounded line position, so that round
+    // ranges give round labels.
+    const TChSettings* c = Channel(ch);
+    const double f = PixelFactor(ch);
+    double digit = 0.0;
+    if (f > 0.0) digit = (double(k) * baseline_ / gridYSteps_ + yOffset_) * double(zoomY_) / f;
+    const double v = double(c->ValueFrom()) + digit * double(c->ValuePerDigit());
+    const QString& format = c->ValueFormat().isEmpty() ? kDefaultScaleFormat : c->ValueFormat();
+    return FormatFloat(format, v);
+}
+
+int32_t TKxTrend::scaleWidth(TCanvas& c, int ch, int32_t baseline) const {
+    const int32_t saved = baseline_;
+    const_cast<TKxTrend*>(this)->baseline_ = baseline;
+    int32_t w = 0;
+    for (int32_t k = 0; k <= gridYSteps_; ++k)
+        w = std::max(w, c.TextWidth(scaleText(ch, k)));
+    const_cast<TKxTrend*>(this)->baseline_ = saved;
+    return w + 6;
+}
+
+int32_t TKxTrend::ScaleLabelStep() const {
+    const double spacing = double(baseline_) / gridYSteps_;
+    if (spacing <= 0.0) return gridYSteps_;
+    return std::clamp(int32_t(std::ceil((labelHeight_ + 1) / spacing)), 1, gridYSteps_);
+}
+
+int32_t TKxTrend::TimeLabelStep() const {
+    return timeLabelStep_;
+}
+
+void TKxTrend::layout(TCanvas& c, TRect inner) {
+    c.SetFont(*font_);
+    labelHeight_ = std::max(1, c.TextHeight(QStringLiteral("0")));
+    bool left = HasOption(opLeftScale) && validChannel(leftScaleCh_);
+    bool right = HasOption(opRightScale) && validChannel(absScaleCh_);
+    const int32_t innerW = inner.Right - inner.Left, innerH = inner.Bottom - inner.Top;
+    // Scales need room for a few labels and a curve area beside them.
+    if (innerH < 5 * labelHeight_) left = right = false;
+    int32_t topH = 0;
+    if (HasOption(opCaption)) {
+        c.SetFont(*captionFont_);
+        topH = c.TextHeight(QStringLiteral("X")) + 4;
+        c.SetFont(*font_);
+    }
+    if (left || right) topH = std::max(topH, labelHeight_ + 2);
+    if (topH >= innerH / 2) topH = 0;
+    const int32_t provisional = std::max(1, innerH - topH - 2 * labelHeight_);
+    int32_t lw = left ? scaleWidth(c, leftScaleCh_, provisional) : 0;
+    int32_t rw = right ? scaleWidth(c, absScaleCh_, provisional) : 0;
+    if (innerW - lw - rw < innerW / 2) lw = rw = 0, left = right = false;
+    const int32_t scaleInset = (left || right) && topH == 0 ? labelHeight_ / 2 : 0;
+    topRow_ = TRect{inner.Left, inner.Top, inner.Right, inner.Top + topH};
+    area_ = TRect{inner.Left + lw, inner.Top + topH + scaleInset, inner.Right - rw, inner.Bottom};
+    if (area_.Right < area_.Left) area_.Right = area_.Left;
+    if (area_.Bottom < area_.Top) area_.Bottom = area_.Top;
+    leftScale_ = left ? TRect{inner.Left, area_.Top, area_.Left, area_.Bottom} : TRect{};
+    rightScale_ = right ? TRect{area_.Right, area_.Top, inner.Right, area_.Bottom} : TRect{};
+    const int32_t w = area_.Right - area_.Left, h = area_.Bottom - area_.Top;
+    MakeCompatibleBitmap(curves_, w, h, TPoint{area_.Left, area_.Top});
+    int32_t bottom = h - 1;
+    if (HasOption(opDate)) bottom -= labelHeight_;
+    if (HasOption(opTime)) bottom -= labelHeight_;
+    if (!HasOption(opDate) && !HasOption(opTime) && (left || right)) bottom -= labelHeight_ + 4;
+    baseline_ = HasOption(opDate) || HasOption(opTime) ? bottom - 4 : bottom;
+    baseline_ = std::max(baseline_, 0);
+    // Labels wider than a grid division stand on every m-th division only.
+    const TDateTime sample = EncodeDate(2000, 12, 28) + EncodeTime(23, 58, 58, 0);
+    int32_t labelW = 0;
+    if (HasOption(opDate)) labelW = c.TextWidth(DateToStr(sample));
+    if (HasOption(opTime)) labelW = std::max(labelW, c.TextWidth(timeText(sample)));
+    timeLabelStep_ = std::max(1, (labelW + 8 + gridXPixel_ - 1) / gridXPixel_);
+    laidOut_ = true;
+}
+
+// ---- Painting -----------------------------------------------------------------------------
+
+void TKxTrend::Paint() {
+    TCanvas& c = Canvas();
+    TRect inner = ClientRect();
+    c.Brush().SetStyle(bsSolid);
+    c.Brush().SetColor(clBtnFace);
+    c.FillRect(inner);
+    bevelOuter_->PaintBevel(c, inner);
+    layout(c, inner);
+    paintTopRow();
+    if (leftScale_.Right > leftScale_.Left) paintScale(leftScaleCh_, true);
+    if (rightScale_.Right > rightScale_.Left) paintScale(absScaleCh_, false);
+    hOffset_ = 0;
+    redrawCurves();
+    if (cursorShown_ && cursorColumn_ >= 0 && cursorColumn_ < curves_.Width()) {
+        drawCursorLine(true);
+    } else {
+        cursorShown_ = false;
+        showColumns(0, curves_.Width() - 1);
+    }
+}
+
+void TKxTrend::paintTopRow() {
+    if (topRow_.Bottom <= topRow_.Top) return;
+    TCanvas& c = Canvas();
+    c.Brush().SetStyle(bsClear);
+    const int32_t y = topRow_.Top + (topRow_.Bottom - topRow_.Top) / 2;
+    int32_t leftEnd = topRow_.Left, rightStart = topRow_.Right;
+    const int32_t rowW = topRow_.Right - topRow_.Left;
+    auto heading = [this](int ch) {
+        const QString unit = Channel(ch)->ValueUnit();
+        return (unit.isEmpty() ? QStringLiteral("%") : unit) + QStringLiteral(" Ch") +
+               QString::number(ch);
+    };
+    c.SetFont(*font_);
+    if (leftScale_.Right > leftScale_.Left) {
+        const QString t = KxElideLines(c, heading(leftScaleCh_), QChar(u'\n'), rowW / 3);
+        KxTextOut(c, topRow_.Left + 2, y, t, toMidLeft);
+        leftEnd += c.TextWidth(t) + 6;
+    }
+    if (rightScale_.Right > rightScale_.Left) {
+        const QString t = KxElideLines(c, heading(absScaleCh_), QChar(u'\n'), rowW / 3);
+        KxTextOut(c, topRow_.Right - 2, y, t, toMidRight);
+        rightStart -= c.TextWidth(t) + 6;
+    }
+    if (!HasOption(opCaption) || caption_.isEmpty()) return;
+    c.SetFont(*captionFont_);
+    // Centred on the control when it fits between the headings, else in the room left.
+    const int32_t room = rightStart - leftEnd;
+    const QString t = KxElideLines(c, caption_, QChar(u'\n'), std::max(room, 0));
+    const int32_t tw = c.TextWidth(t);
+    int32_t x = topRow_.Left + rowW / 2;
+    x = std::clamp(x, leftEnd + tw / 2, std::max(leftEnd + tw / 2, rightStart - (tw + 1) / 2));
+    KxTextOut(c, x, y, t, toMidCenter);
+}
+
+void TKxTrend::paintScale(int ch, bool left) {
+    TCanvas& c = Canvas();
+    c.SetFont(*font_);
+    c.Brush().SetStyle(bsClear);
+    const TRect& r = left ? leftScale_ : rightScale_;
+    const int32_t step = ScaleLabelStep();
+    for (int32_t k = 0; k <= gridYSteps_; k += step) {
+        const int32_t y = area_.Top + gridY(k);
+        const QString t = scaleText(ch, k);
+        if (left)
+            KxTextOut(c, r.Right - 3, y, t, toMidRight);
+        else
+            KxTextOut(c, r.Left + 3, y, t, toMidLeft);
+    }
+}
+
+void TKxTrend::redrawCurves() {
+    if (!laidOut_) return;
+    TCanvas& c = curves_.Canvas();
+    c.Brush().SetStyle(bsSolid);
+    c.Brush().SetColor(color_);
+    c.FillRect(TRect{0, 0, curves_.Width(), curves_.Height()});
+    hOffset_ = 0;
+    drawGrid(0, curves_.Width() - 1);
+    drawCurves(firstDisplayed_, store_.Last());
+    markDirty(0, curves_.Width() - 1);
+}
+
+void TKxTrend::drawGrid(int32_t x0, int32_t x1) {
+    if (!HasOption(opGrid) || x1 < x0) return;
+    TCanvas& c = curves_.Canvas();
+    c.Pen().SetColor(colorGrid_);
+    c.Pen().SetWidth(1);
+    c.Pen().SetMode(pmCopy);
+    c.Pen().SetStyle(psSolid);
+    for (int32_t k = 0; k <= gridYSteps_; ++k) {
+        const int32_t y = gridY(k);
+        c.MoveTo(x0, y);
+        c.LineTo(x1 + 1, y);
+    }
+    const int32_t g = gridXPixel_;
+    for (int32_t x = std::max(g, (x0 + g - 1) / g * g); x <= x1; x += g) {
+        c.MoveTo(x, 0);
+        c.LineTo(x, baseline_ + 1);
+    }
+}
+
+void TKxTrend::markDirty(int32_t x0, int32_t x1) {
+    x0 = std::max(x0, 0);
+    x1 = std::min(x1, curves_.Width() - 1);
+    if (x1 < x0) return;
+    if (dirtyRight_ < dirtyLeft_) {
+        dirtyLeft_ = x0;
+        dirtyRight_ = x1;
+    } else {
+        dirtyLeft_ = std::min(dirtyLeft_, x0);
+        dirtyRight_ = std::max(dirtyRight_, x1);
+    }
+}
+
+void TKxTrend::drawBands(int32_t first, int32_t c0, int32_t n) {
+    TCanvas& c = curves_.Canvas();
+    c.Pen().SetWidth(1);
+    c.Pen().SetMode(pmCopy);
+    auto column = [&](int32_t x, int32_t y0, int32_t y1, TColor color) {
+        if (y1 < y0) std::swap(y0, y1);
+        c.Pen().SetColor(color);
+        c.MoveTo(x, y0);
+        c.LineTo(x, y1 + 1);
+    };
+    const bool ul = HasOption(opCh7isUL), ll = HasOption(opCh8isLL);
+    const int scaleCh = validChannel(absScaleCh_) ? absScaleCh_ : 1;
+    auto limitY = [&](const TTrendLimit* l) {
+        return DigitY(scaleCh, ValueToDigit(scaleCh, l->Value()) - Channel(scaleCh)->DigitalFrom());
+    };
+    for (int32_t x = c0; x < n; ++x) {
+        const TSignRec& r = store_[first + x];
+        if (validChannel(fillChannelNo_) && Channel(fillChannelNo_)->Visible())
+            column(x, DigitY(fillChannelNo_, r.Ch[fillChannelNo_ - 1]), baseline_,
+                   Channel(fillChannelNo_)->Color());
+        if (ul && limitUpper_->Filled()) column(x, 0, DigitY(7, r.Ch[6]), limitUpper_->Color());
+        if (ll && limitLower_->Filled())
+            column(x, DigitY(8, r.Ch[7]), baseline_, limitLower_->Color());
+        if (limitUpper_->Enabled()) {
+            const int32_t y = limitY(limitUpper_);
+            column(x, limitUpper_->Filled() ? 0 : y, y, limitUpper_->Color());
+        }
+        if (limitLower_->Enabled()) {
+            const int32_t y = limitY(limitLower_);
+            column(x, y, limitLower_->Filled() ? baseline_ : y, limitLower_->Color());
+        }
+    }
+    if (ul && !limitUpper_->Filled()) drawChannel(7, first, c0, n, limitUpper_->Color());
+    if (ll && !limitLower_->Filled()) drawChannel(8, first, c0, n, limitLower_->Color());
+}
+
+void TKxTrend::drawChannel(int ch, int32_t first, int32_t c0, int32_t n, TColor color) {
+    TCanvas& c = curves_.Canvas();
+    const int32_t pw = Channel(ch)->PenWidth();
+    c.Pen().SetColor(color);
+    c.Pen().SetWidth(pw >= 1 && pw <= 32 ? pw : 1);
+    c.Pen().SetMode(pmCopy);
+    const int32_t start = std::max(c0 - 1, 0);
+    if (n - start < 2) return;
+    c.MoveTo(start, DigitY(ch, store_[first + start].Ch[ch - 1]));
+    for (int32_t x = start + 1; x < n; ++x)
+        c.LineTo(x, DigitY(ch, store_[first + x].Ch[ch - 1]));
+}
+
+QString TKxTrend::timeText(TDateTime t) const {
+    return timeFormat_.isEmpty() ? TimeToStr(t) : FormatDateTime(timeFormat_, t);
+}
+
+void TKxTrend::drawLabel(int32_t column, TDateTime t) {
+    TCanvas& c = curves_.Canvas();
+    c.SetFont(*font_);
+    c.Font().SetColor(colorTime_);
+    c.Brush().SetStyle(bsClear);
+    const int32_t h = curves_.Height();
+    auto put = [&](const QString& text, int32_t bottom) {
+        KxTextOut(c, column, bottom, text, toBotCenter);
+        const int32_t half = c.TextWidth(text) / 2 + 1;
+        markDirty(column - half, column + half);
+    };
+    const bool time = HasOption(opTime);
+    if (HasOption(opDate)) put(DateToStr(t), time ? h - 1 - labelHeight_ : h - 1);
+    if (time) put(timeText(t), h - 1);
+}
+
+void TKxTrend::drawCurves(int32_t first, int32_t last) {
+    if ((!Visible() && !Designing()) || store_.Count() < 2 || !laidOut_) return;
+    first = std::max(first, 0);
+    last = std::min(last, store_.Last());
+    if (first > last) return;
+    recInfo_->SetDisplayed(first, last);
+    const int32_t w = curves_.Width();
+    const int32_t n = static_cast<int32_t>(std::min<int64_t>(int64_t(last) - first + 1, w));
+    const int32_t c0 = hOffset_;
+    if (c0 >= n) return;
+    const bool bands = validChannel(fillChannelNo_) || HasOption(opCh7isUL) ||
+                       HasOption(opCh8isLL) || limitUpper_->Enabled() || limitLower_->Enabled();
+    if (bands) {
+        drawBands(first, c0, n);
+        drawGrid(c0, n - 1);
+    }
+    int32_t widest = 1;
+    for (int ch = 1; ch <= kChannels; ++ch) {
+        if (!Channel(ch)->Visible() || ch == fillChannelNo_) continue;
+        if ((ch == 7 && HasOption(opCh7isUL)) || (ch == 8 && HasOption(opCh8isLL))) continue;
+        drawChannel(ch, first, c0, n, Channel(ch)->Color());
+        widest = std::max(widest, curves_.Canvas().Pen().Width());
+    }
+    TCanvas& c = curves_.Canvas();
+    c.Pen().SetWidth(1);
+    for (int32_t x = c0; x < n; ++x) {
+        const TSignRec& r = store_[first + x];
+        if (r.Time == separatorMarker_) {
+            c.Pen().SetColor(colorSeparator_);
+            c.MoveTo(x, 0);
+            c.LineTo(x, curves_.Height());
+        }
+        if (x > 0 && x % (gridXPixel_ * timeLabelStep_) == 0) drawLabel(x, r.Time);
+    }
+    markDirty(std::max(c0 - 1, 0) - widest, n - 1 + widest);
+    hOffset_ = n;
+}
+
+// ---- To the surface -----------------------------------------------------------------------
+
+void TKxTrend::showColumns(int32_t x0, int32_t x1) {
+    x0 = std::max(x0, 0);
+    x1 = std::min(x1, curves_.Width() - 1);
+    dirtyLeft_ = 0;
+    dirtyRight_ = -1;
+    if (x1 < x0 || !laidOut_) return;
+    const int32_t h = curves_.Height();
+    Canvas().CopyRect(TRect{area_.Left + x0, area_.Top, area_.Left + x1 + 1, area_.Top + h},
+                      curves_.Canvas(), TRect{x0, 0, x1 + 1, h});
+}
+
+void TKxTrend::drawCursorLine(bool full) {
+    const int32_t w = curves_.Width(), h = curves_.Height();
+    if (w <= 0 || h <= 0) return;
+    int32_t x0 = 0, x1 = w - 1;
+    if (!full && prevCursorColumn_ >= 0) {
+        x0 = std::min(prevCursorColumn_, cursorColumn_);
+        x1 = std::max(prevCursorColumn_, cursorColumn_);
+    } else if (!full) {
+        x0 = x1 = cursorColumn_;
+    }
+    x0 = std::clamp(x0, 0, w - 1);
+    x1 = std::clamp(x1, x0, w - 1);
+    // Everything drawn since the last copy goes out with the line.
+    if (dirtyRight_ >= dirtyLeft_) {
+        x0 = std::min(x0, dirtyLeft_);
+        x1 = std::max(x1, dirtyRight_);
+    }
+    const int32_t spanW = x1 - x0 + 1;
+    MakeCompatibleBitmap(cursorWork_, spanW, h, TPoint{area_.Left + x0, area_.Top});
+    TCanvas& t = cursorWork_.Canvas();
+    t.CopyRect(TRect{0, 0, spanW, h}, curves_.Canvas(), TRect{x0, 0, x1 + 1, h});
+    int32_t bottom = h;
+    const int rows = (HasOption(opDate) ? 1 : 0) + (HasOption(opTime) ? 1 : 0);
+    if (rows > 0) bottom = h - rows * labelHeight_ - 2;
+    t.Pen().SetColor(colorCursorLine_);
+    t.Pen().SetMode(cursorLinePenMode_);
+    t.Pen().SetWidth(1);
+    t.MoveTo(cursorColumn_ - x0, -1);
+    t.LineTo(cursorColumn_ - x0, bottom);
+    t.Pen().SetMode(pmCopy);
+    Canvas().Draw(area_.Left + x0, area_.Top, cursorWork_);
+    prevCursorColumn_ = cursorColumn_;
+    dirtyLeft_ = 0;
+    dirtyRight_ = -1;
+}
+
+}  // namespace kx
