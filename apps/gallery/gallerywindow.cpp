@@ -6,6 +6,7 @@
 #include "binarypage.h"
 #include "miscpage.h"
 #include "pages.h"
+#include "recorderpage.h"
 #include "roundmeterpage.h"
 #include "straightpage.h"
 
@@ -28,8 +29,8 @@ GalleryWindow::GalleryWindow(QWidget* parent) : QMainWindow(parent), tabs_(new Q
     tabs_->setDocumentMode(true);
     meterPage_ = new RoundMeterPage(kStartTime);
     pages_ = {
-        new MiscPage(kStartTime),   meterPage_, new StraightPage(kStartTime), new AdjusterPage,
-        new BinaryPage(kStartTime),
+        new MiscPage(kStartTime),     meterPage_,       new StraightPage(kStartTime),
+        new RecorderPage(kStartTime), new AdjusterPage, new BinaryPage(kStartTime),
     };
     for (GalleryPage* page : pages_)
         tabs_->addTab(page, page->Title());

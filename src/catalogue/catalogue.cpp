@@ -25,6 +25,8 @@
 #include "kx/indicators/barinstrument.h"
 #include "kx/indicators/linearmeter.h"
 #include "kx/indicators/rmeter.h"
+#include "kx/recorders/minitrend.h"
+#include "kx/recorders/printtrend.h"
 #include "kx/recorders/trend.h"
 
 namespace kx {
@@ -111,10 +113,11 @@ const TRow kRows[] = {
     {kAnalogInd, "TKxCompass", "Compass", Absent},
     {kAnalogInd, "TKxVCInd", "Course and attitude indicator", Absent},
     {kAnalogInd, "TKxOperatingPoint", "Operating-point display", Absent},
-    {kAnalogInd, "TKxMiniTrend", "Mini trend", Absent},
+    {kAnalogInd, "TKxMiniTrend", "Mini trend", Component<TKxMiniTrend>("kx/recorders/minitrend.h")},
     {kAnalogInd, "TKxTrend", "Eight-channel trend recorder with cursor",
      Component<TKxTrend>("kx/recorders/trend.h")},
-    {kAnalogInd, "TKxPrintTrend", "Trend printer", Absent},
+    {kAnalogInd, "TKxPrintTrend", "Trend printer",
+     Component<TKxPrintTrend>("kx/recorders/printtrend.h")},
     {kAnalogAdj, "TKxDial", "Dial for setting a value", Component<TKxDial>("kx/adjusters/dial.h")},
     {kAnalogAdj, "TKxGearDial", "Gear dial for setting a value",
      Component<TKxGearDial>("kx/adjusters/geardial.h")},

@@ -61,6 +61,7 @@ bool TKxSignStore::ReserveMore(size_t n) {
 
 TSignRec* TKxSignStore::Extend(size_t n) {
     if (!ReserveMore(n)) return nullptr;
+    if (n == 0) return recs_.data() ? recs_.data() + recs_.size() : &empty_;
     const size_t at = recs_.size();
     recs_.resize(at + n);  // within capacity: cannot throw
     return recs_.data() + at;

@@ -8,6 +8,7 @@
 #include "kx/host/clock.h"
 #include "kx/host/numeric.h"
 #include "kx/recorders/recordfile.h"
+#include "kx/recorders/trendaccessible.h"
 
 namespace kx {
 namespace {
@@ -49,6 +50,7 @@ TKxTrend::TKxTrend(QWidget* parent)
     bevelOuter_->SetWidth(1);
     setMouseTracking(true);
     SetBounds(0, 0, 400, 250);
+    KxInstallRecorderAccessibility();
     const TNotifyEvent repaint = [this](QObject* s) { ParamChange(s); };
     font_->SetOnChange(repaint);
     captionFont_->SetOnChange(repaint);
@@ -164,13 +166,13 @@ void TKxTrend::getData() {
         const int32_t last = store_.Last();
         bool scrolled = false;
         if (flow_) {
-            while (last > curves_.Width() + firstDisplayed_) {
+            while (last > DisplayableRecords() + firstDisplayed_) {
                 firstDisplayed_ += gridXPixel_;
                 scrolled = true;
             }
             if (scrolled) hOffset_ = 0;
         }
-        if (firstDisplayed_ + hOffset_ < last) {
+        if (firstDisplayed_ + lastDrawnColumn() < last) {
             if (scrolled) {
                 redrawCurves();
             } else {
@@ -225,7 +227,7 @@ bool TKxTrend::AddValue(float v1, float v2, float v3, float v4, float v5, float 
 
 bool TKxTrend::addAndShow(const TSignRec& r) {
     if (!appendRecord(r)) return false;
-    if (firstDisplayed_ + hOffset_ < store_.Last()) {
+    if (firstDisplayed_ + lastDrawnColumn() < store_.Last()) {
         drawCurves(firstDisplayed_, store_.Last());
         putNewColumns();
     }
@@ -330,6 +332,7 @@ void TKxTrend::ClearRecords() {
         redrawCurves();
         SetStartRecording(was);
     }
+    if (destroying_) return;  // no handler may see a half-destroyed trend
     recInfo_->SetDisplayed(0, 0);
     RecordNoChanged();
 }

@@ -46,13 +46,25 @@ int32_t TKxTrend::DisplayableRecords() const {
 QString TKxTrend::scaleText(int ch, int32_t k) const {
     // The value the grid line stands for, from the unrounded line position, so that round
     // ranges give round labels.
-    const TChSettings* c = Channel(ch);
     const double f = PixelFactor(ch);
     double digit = 0.0;
     if (f > 0.0) digit = (double(k) * baseline_ / gridYSteps_ + yOffset_) * double(zoomY_) / f;
+    return ScaleLabelText(ch, digit);
+}
+
+QString TKxTrend::ScaleLabelText(int ch, double digit) const {
+    const TChSettings* c = Channel(ch);
+    if (!c) return QString();
     const double v = double(c->ValueFrom()) + digit * double(c->ValuePerDigit());
-    const QString& format = c->ValueFormat().isEmpty() ? kDefaultScaleFormat : c->ValueFormat();
-    return FormatFloat(format, v);
+    return FormatFloat(c->ValueFormat().isEmpty() ? kDefaultScaleFormat : c->ValueFormat(), v);
+}
+
+QString TKxTrend::ScaleHeading(int ch) const {
+    const TChSettings* c = Channel(ch);
+    if (!c) return QString();
+    const QString unit = c->ValueUnit();
+    return (unit.isEmpty() ? QStringLiteral("%") : unit) + QStringLiteral(" Ch") +
+           QString::number(ch);
 }
 
 int32_t TKxTrend::scaleWidth(TCanvas& c, int ch, int32_t baseline) const {
@@ -76,6 +88,11 @@ int32_t TKxTrend::TimeLabelStep() const {
 }
 
 void TKxTrend::layout(TCanvas& c, TRect inner) {
+    // A bevel wider than the control leaves an empty area at its edge, not outside it.
+    inner.Left = std::clamp(inner.Left, 0, width());
+    inner.Top = std::clamp(inner.Top, 0, height());
+    inner.Right = std::clamp(inner.Right, inner.Left, width());
+    inner.Bottom = std::clamp(inner.Bottom, inner.Top, height());
     c.SetFont(*font_);
     labelHeight_ = std::max(1, c.TextHeight(QStringLiteral("0")));
     bool left = HasOption(opLeftScale) && validChannel(leftScaleCh_);
@@ -149,19 +166,14 @@ void TKxTrend::paintTopRow() {
     const int32_t y = topRow_.Top + (topRow_.Bottom - topRow_.Top) / 2;
     int32_t leftEnd = topRow_.Left, rightStart = topRow_.Right;
     const int32_t rowW = topRow_.Right - topRow_.Left;
-    auto heading = [this](int ch) {
-        const QString unit = Channel(ch)->ValueUnit();
-        return (unit.isEmpty() ? QStringLiteral("%") : unit) + QStringLiteral(" Ch") +
-               QString::number(ch);
-    };
     c.SetFont(*font_);
     if (leftScale_.Right > leftScale_.Left) {
-        const QString t = KxElideLines(c, heading(leftScaleCh_), QChar(u'\n'), rowW / 3);
+        const QString t = KxElideLines(c, ScaleHeading(leftScaleCh_), QChar(u'\n'), rowW / 3);
         KxTextOut(c, topRow_.Left + 2, y, t, toMidLeft);
         leftEnd += c.TextWidth(t) + 6;
     }
     if (rightScale_.Right > rightScale_.Left) {
-        const QString t = KxElideLines(c, heading(absScaleCh_), QChar(u'\n'), rowW / 3);
+        const QString t = KxElideLines(c, ScaleHeading(absScaleCh_), QChar(u'\n'), rowW / 3);
         KxTextOut(c, topRow_.Right - 2, y, t, toMidRight);
         rightStart -= c.TextWidth(t) + 6;
     }
@@ -296,8 +308,9 @@ void TKxTrend::drawLabel(int32_t column, TDateTime t) {
     c.Brush().SetStyle(bsClear);
     const int32_t h = curves_.Height();
     auto put = [&](const QString& text, int32_t bottom) {
-        KxTextOut(c, column, bottom, text, toBotCenter);
         const int32_t half = c.TextWidth(text) / 2 + 1;
+        if (column + half >= curves_.Width()) return;  // a cut label would be misread
+        KxTextOut(c, column, bottom, text, toBotCenter);
         markDirty(column - half, column + half);
     };
     const bool time = HasOption(opTime);

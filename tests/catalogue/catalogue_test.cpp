@@ -30,15 +30,16 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
     QStringList all;
     for (const TKxCatalogueEntry& e : KxCatalogue())
         all << e.Page + '/' + e.ClassName;
-    EXPECT_EQ(all,
-              (QStringList{
-                  "KxMisc/TKxTimerSpeedBtn",  "KxMisc/TKxSpinButton",    "KxMisc/TKxNumEdit",
-                  "KxMisc/TKxNumSpin",        "KxAnalogInd/TKxBar",      "KxAnalogInd/TKxVBar",
-                  "KxAnalogInd/TKxHBar",      "KxAnalogInd/TKxVMeter",   "KxAnalogInd/TKxHMeter",
-                  "KxAnalogInd/TKx120Meter",  "KxAnalogInd/TKx180Meter", "KxAnalogInd/TKx270Meter",
-                  "KxAnalogAdj/TKxDial",      "KxAnalogAdj/TKxGearDial", "KxAnalogAdj/TKxHSlider",
-                  "KxAnalogAdj/TKxVSlider",   "KxBinary/TKxLED",         "KxBinary/TKxColBitBtn",
-                  "KxBinary/TKxRockerSwitch", "KxBinary/TKxToggleSwitch"}));
+    EXPECT_EQ(
+        all, (QStringList{
+                 "KxMisc/TKxTimerSpeedBtn",  "KxMisc/TKxSpinButton",    "KxMisc/TKxNumEdit",
+                 "KxMisc/TKxNumSpin",        "KxAnalogInd/TKxBar",      "KxAnalogInd/TKxVBar",
+                 "KxAnalogInd/TKxHBar",      "KxAnalogInd/TKxVMeter",   "KxAnalogInd/TKxHMeter",
+                 "KxAnalogInd/TKx120Meter",  "KxAnalogInd/TKx180Meter", "KxAnalogInd/TKx270Meter",
+                 "KxAnalogInd/TKxMiniTrend", "KxAnalogInd/TKxTrend",    "KxAnalogInd/TKxPrintTrend",
+                 "KxAnalogAdj/TKxDial",      "KxAnalogAdj/TKxGearDial", "KxAnalogAdj/TKxHSlider",
+                 "KxAnalogAdj/TKxVSlider",   "KxBinary/TKxLED",         "KxBinary/TKxColBitBtn",
+                 "KxBinary/TKxRockerSwitch", "KxBinary/TKxToggleSwitch"}));
 
     const struct {
         const char* page;
@@ -47,7 +48,7 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
         {"KxMisc", {"TKxTimerSpeedBtn", "TKxSpinButton", "TKxNumEdit", "TKxNumSpin"}},
         {"KxAnalogInd",
          {"TKxBar", "TKxVBar", "TKxHBar", "TKxVMeter", "TKxHMeter", "TKx120Meter", "TKx180Meter",
-          "TKx270Meter"}},
+          "TKx270Meter", "TKxMiniTrend", "TKxTrend", "TKxPrintTrend"}},
         {"KxAnalogAdj", {"TKxDial", "TKxGearDial", "TKxHSlider", "TKxVSlider"}},
         {"KxBinary", {"TKxLED", "TKxColBitBtn", "TKxRockerSwitch", "TKxToggleSwitch"}},
         {"NoSuchPage", {}},

@@ -18,9 +18,13 @@ namespace {
 
 TEST(GalleryWindow, TabsFollowThePaletteOrder) {
     GalleryWindow w;
-    const QStringList palette = {"KxMisc", "KxAnalogInd", "KxAnalogInd", "KxAnalogAdj", "KxBinary"};
-    const QStringList titles = {"KxMisc", "KxAnalogInd",
-                                "KxAnalogInd \u00B7 Bars and linear meters", "KxAnalogAdj",
+    const QStringList palette = {"KxMisc",      "KxAnalogInd", "KxAnalogInd",
+                                 "KxAnalogInd", "KxAnalogAdj", "KxBinary"};
+    const QStringList titles = {"KxMisc",
+                                "KxAnalogInd",
+                                "KxAnalogInd \u00B7 Bars and linear meters",
+                                "KxAnalogInd \u00B7 Trend recorder",
+                                "KxAnalogAdj",
                                 "KxBinary"};
     ASSERT_EQ(w.Tabs()->count(), palette.size());
     for (int i = 0; i < palette.size(); ++i) {
@@ -55,8 +59,8 @@ TEST(Screenshots, WritesOnePngPerPageAtTheFixedSizeAndPrintsThePaths) {
     EXPECT_EQ(RunScreenshots(w, dir, out, err, 0), 0);
     EXPECT_TRUE(errors.isEmpty()) << errors.toStdString();
     QStringList expected;
-    for (const char* page :
-         {"KxMisc", "KxAnalogInd", "KxAnalogInd-straight", "KxAnalogAdj", "KxBinary"}) {
+    for (const char* page : {"KxMisc", "KxAnalogInd", "KxAnalogInd-straight", "KxAnalogInd-trend",
+                             "KxAnalogAdj", "KxBinary"}) {
         const QString path =
             QDir(dir).filePath(QStringLiteral("gallery-%1.png").arg(QLatin1String(page)));
         expected << path;

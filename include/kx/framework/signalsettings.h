@@ -185,4 +185,11 @@ class TChSettings : public TSignalSettings {
     KX_FLAT_SINGLE(Prefix##_ValueTo, Object, ValueTo)           \
     KX_FLAT(QString, Prefix##_ValueUnit, Object, ValueUnit)
 
+// The flat properties of a TChSettings: its signal fields, colour, visibility and pen width.
+#define KX_FLAT_CHSETTINGS(Prefix, Object)           \
+    KX_FLAT_SIGNALSETTINGS(Prefix, Object)           \
+    KX_FLAT_COLOR(Prefix##_Color, Object, Color)     \
+    KX_FLAT(bool, Prefix##_Visible, Object, Visible) \
+    KX_FLAT(int, Prefix##_PenWidth, Object, PenWidth)
+
 }  // namespace kx

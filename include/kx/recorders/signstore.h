@@ -75,8 +75,9 @@ class TKxSignStore {
     void Clear();
     // Makes room for n more records exactly (no growth slack); false when it cannot.
     bool ReserveMore(size_t n);
-    // Appends n uninitialised records and returns the first of them, or nullptr when it
-    // cannot; Truncate gives back what was not filled.
+    // Appends n uninitialised records and returns the first of them (for n = 0 a pointer
+    // that must not be read), or nullptr when it cannot; Truncate gives back what was not
+    // filled.
     TSignRec* Extend(size_t n);
     void Truncate(int32_t count);
     // Bytes held, capacity included.
@@ -86,6 +87,7 @@ class TKxSignStore {
     bool grow(size_t needed);
 
     std::vector<TSignRec, TDefaultInitAllocator<TSignRec>> recs_;
+    TSignRec empty_{};
 };
 
 }  // namespace kx

@@ -22,7 +22,8 @@
 // GridXPixel columns, never at column 0), the curves, separator lines (ColorSeparator,
 // full height) and the date/time labels (ColorTime, Font) centred on every GridXPixel-th
 // column but never at column 0; when a label is wider than GridXPixel - 8 they stand on
-// every m-th such column only, so they never overlap (TimeLabelStep). Scale labels
+// every m-th such column only, so they never overlap (TimeLabelStep); a label that would
+// stick out at the right edge is left out. Scale labels
 // likewise skip grid lines closer than a label's height (ScaleLabelStep). Bottom reserve: one label
 // height for opDate and one for opTime, or label height + 4 when neither is set but a scale is
 // shown; the curve baseline is 4 above the labels. Channel digit d maps to
@@ -65,6 +66,8 @@
 //    leaves the control. ZoomY, MoveY and MoveX keep the cursor hidden until it moves.
 //  - Channel colours start as lime, yellow, aqua, fuchsia, red, white, orange and silver,
 //    distinct on the black curve area.
+//  - Destruction frees the records without firing OnRecNoChanged: no handler may see a
+//    half-destroyed trend.
 //  - AddValue and AddDigit draw the new column like a tick when it lies in the view (they
 //    neither scroll nor delete: the application that adds records decides with MoveX).
 //  - The count of displayable records (opShowLast, flow) is the curve area's width; before
@@ -113,12 +116,6 @@ constexpr TTrendOptions kTrendDefaultOptions =
     TrendOpt(opCaption) | TrendOpt(opGrid) | TrendOpt(opCursorOnRec) | TrendOpt(opSeparator) |
     TrendOpt(opTime) | TrendOpt(opLeftScale) | TrendOpt(opRightScale);
 constexpr TTrendOptions kTrendAllOptions = (TTrendOptions(1) << (opShowLast + 1)) - 1;
-
-#define KX_FLAT_CHSETTINGS(Prefix, Object)           \
-    KX_FLAT_SIGNALSETTINGS(Prefix, Object)           \
-    KX_FLAT_COLOR(Prefix##_Color, Object, Color)     \
-    KX_FLAT(bool, Prefix##_Visible, Object, Visible) \
-    KX_FLAT(int, Prefix##_PenWidth, Object, PenWidth)
 
 class TKxTrend : public TKxGraphicControl {
     Q_OBJECT
@@ -221,6 +218,12 @@ class TKxTrend : public TKxGraphicControl {
     bool ReadValue(int32_t index, TDateTime& time, std::array<float, 8>& values) const;
     float DigitToValue(int ch, uint16_t digit) const;
     int32_t ValueToDigit(int ch, float value) const;
+    // The texts the trend draws, for printing: channel ch's scale label at absolute digit
+    // d (ValueFrom + d * ValuePerDigit in its ValueFormat, "##0.#" without one), the
+    // heading above its scale, and a record time's label. Empty for a channel outside 1..8.
+    QString ScaleLabelText(int ch, double digit) const;
+    QString ScaleHeading(int ch) const;
+    QString TimeLabelText(TDateTime t) const { return timeText(t); }
     // Fills MinMax(1..8) over first..last; false when first < 0 or last > count - 1.
     bool FindMinMax(int32_t first, int32_t last);
     // Frees records 0..n-1; ignored unless n <= last.
@@ -408,6 +411,8 @@ class TKxTrend : public TKxGraphicControl {
     bool appendRecord(const TSignRec& r);
     bool addAndShow(const TSignRec& r);
     void putNewColumns();
+    // The column of the newest record drawn (0 when none is).
+    int32_t lastDrawnColumn() const { return hOffset_ > 0 ? hOffset_ - 1 : 0; }
     void refreshChArray();
     void channelValueChanged();
     void repaintAll();

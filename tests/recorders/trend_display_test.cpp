@@ -1,0 +1,341 @@
+// The trend's display: layout of the curve bitmap, the vertical mapping, grid, labels and
+// separators, what a tick puts on the surface, and the cursor line and its readout.
+#include <QImage>
+#include <cmath>
+#include <random>
+
+#include "kx/host/recordingcanvas.h"
+#include "recorders/trend_fixture.h"
+
+namespace kx::test {
+namespace {
+
+bool near(QRgb a, QRgb b, int tolerance) {
+    return std::abs(qRed(a) - qRed(b)) <= tolerance &&
+           std::abs(qGreen(a) - qGreen(b)) <= tolerance &&
+           std::abs(qBlue(a) - qBlue(b)) <= tolerance;
+}
+
+// The centre columns of the labels among columns holding text (gaps of 10 or more part
+// two labels).
+std::vector<int> LabelCentres(const std::vector<int>& cols) {
+    std::vector<int> centres;
+    for (size_t i = 0; i < cols.size();) {
+        size_t j = i;
+        while (j + 1 < cols.size() && cols[j + 1] - cols[j] < 10)
+            ++j;
+        centres.push_back((cols[i] + cols[j] + 1) / 2);
+        i = j + 1;
+    }
+    return centres;
+}
+
+class TrendDisplayTest : public TrendTest {
+  protected:
+    // Curves off, so that only grid, labels and separators draw.
+    void HideChannels() {
+        for (int ch = 1; ch <= 8; ++ch)
+            trend->Channel(ch)->SetVisible(false);
+    }
+    QRgb CurvePixel(int x, int y) const { return trend->CurveBitmap().Image().pixel(x, y); }
+    QRgb SurfacePixel(int x, int y) const {
+        return trend->Surface().Image().pixel(trend->CurveArea().Left + x,
+                                              trend->CurveArea().Top + y);
+    }
+    // Whether the curve area on the surface holds exactly the curve bitmap.
+    bool SurfaceShowsCurves() const {
+        const TRect a = trend->CurveArea();
+        if (a.Right <= a.Left || a.Bottom <= a.Top)
+            return trend->CurveBitmap().Width() * trend->CurveBitmap().Height() == 0;
+        const QImage shown =
+            trend->Surface().Image().copy(a.Left, a.Top, a.Right - a.Left, a.Bottom - a.Top);
+        return shown == trend->CurveBitmap().Image();
+    }
+    // Columns of the curve bitmap holding colour c between rows y0 and y1.
+    // Text is anti-aliased: within tolerance counts as the colour.
+    std::vector<int> ColumnsWith(TColor c, int y0, int y1, int tolerance = 0) const {
+        std::vector<int> out;
+        const QImage& img = trend->CurveBitmap().Image();
+        for (int x = 0; x < img.width(); ++x)
+            for (int y = std::max(y0, 0); y <= std::min(y1, img.height() - 1); ++y)
+                if (near(img.pixel(x, y), ToQRgb(c), tolerance)) {
+                    out.push_back(x);
+                    break;
+                }
+        return out;
+    }
+};
+
+TEST_F(TrendDisplayTest, BottomReserveFollowsTheOptions) {
+    struct Case {
+        const char* what;
+        TTrendOptions options;
+        int labelRows;
+        int extra;  // beyond the label rows
+    };
+    const TTrendOptions scales = TrendOpt(opRightScale);
+    const Case cases[] = {
+        {"time", TrendOpt(opTime) | scales, 1, 4},
+        {"date and time", TrendOpt(opDate) | TrendOpt(opTime) | scales, 2, 4},
+        {"date", TrendOpt(opDate), 1, 4},
+        {"scale without labels", scales, 1, 4},
+        {"nothing", 0, 0, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        trend->SetOptions(c.options);
+        Paint();
+        const TRect a = trend->CurveArea();
+        EXPECT_EQ(trend->CurveBitmap().Width(), a.Right - a.Left);
+        EXPECT_EQ(trend->CurveBitmap().Height(), a.Bottom - a.Top);
+        EXPECT_EQ(trend->Baseline(),
+                  a.Bottom - a.Top - 1 - c.labelRows * trend->LabelHeight() - c.extra);
+    }
+}
+
+TEST_F(TrendDisplayTest, LayoutStaysOnTheControl) {
+    const QString longText(300, QChar(u'W'));
+    trend->SetCaption(longText);
+    trend->Channel1()->SetValueUnit(longText);
+    trend->SetLeftScaleCh(2);
+    trend->SetOptions(trend->Options() | TrendOpt(opDate));
+    AddDigits(300);
+    for (QSize s : {QSize(1, 1), QSize(30, 20), QSize(120, 60), QSize(400, 250), QSize(4000, 300),
+                    QSize(200, 2000)}) {
+        SCOPED_TRACE(s.width() * 10000 + s.height());
+        Paint(s.width(), s.height());
+        const TRect a = trend->CurveArea();
+        EXPECT_GE(a.Left, 0);
+        EXPECT_GE(a.Top, 0);
+        EXPECT_LE(a.Right, s.width());
+        EXPECT_LE(a.Bottom, s.height());
+        EXPECT_LE(a.Left, a.Right);
+        EXPECT_LE(a.Top, a.Bottom);
+        EXPECT_TRUE(SurfaceShowsCurves());
+    }
+}
+
+TEST_F(TrendDisplayTest, DigitsMapThroughZoomAndOffset) {
+    Paint();
+    const int b = trend->Baseline();
+    struct Case {
+        float zoom;
+        int offset;
+        int digit;
+        int expected;
+    };
+    const Case cases[] = {
+        {1.0f, 0, 0, b},
+        {1.0f, 0, 1000, 0},
+        {1.0f, 0, 500, b - int(std::nearbyint(b / 2.0))},
+        {2.0f, 0, 1000, b - int(std::nearbyint(b / 2.0))},
+        {0.5f, 0, 250, b - int(std::nearbyint(b / 2.0))},
+        {1.0f, 7, 0, b + 7},
+        {1.0f, -7, 1000, -7},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.digit);
+        trend->SetYDefault();
+        trend->SetZoomY(c.zoom);
+        trend->MoveY(c.offset);
+        EXPECT_EQ(trend->DigitY(1, c.digit), c.expected);
+    }
+    EXPECT_DOUBLE_EQ(trend->PixelFactor(1), b / 1000.0);
+    EXPECT_EQ(trend->PixelFactor(0), 0.0);
+}
+
+TEST_F(TrendDisplayTest, TimeLabelsStandOnGridColumnsButNeverOnColumnZero) {
+    HideChannels();
+    trend->SetTimeFormat(QStringLiteral("hh:nn"));
+    trend->SetColorTime(clRed);
+    AddDigits(300);
+    Paint(420, 250);
+    ASSERT_EQ(trend->TimeLabelStep(), 1);
+    const int h = trend->CurveBitmap().Height();
+    const std::vector<int> cols = ColumnsWith(clRed, h - trend->LabelHeight(), h - 1, 90);
+    ASSERT_FALSE(cols.empty());
+    // Every label is centred on a multiple of 60; none lies around column 0.
+    const std::vector<int> centres = LabelCentres(cols);
+    const int count = int(centres.size());
+    EXPECT_EQ(count, std::min(299, trend->CurveBitmap().Width() - 1) / 60);  // records 0..299
+    for (int i = 0; i < count; ++i)
+        EXPECT_NEAR(centres[i], 60 * (i + 1), 2);
+}
+
+TEST_F(TrendDisplayTest, WideLabelsSkipGridColumns) {
+    HideChannels();
+    trend->SetOptions(trend->Options() | TrendOpt(opDate));
+    trend->SetColorTime(clRed);
+    AddDigits(600);
+    Paint(700, 250);
+    const int step = trend->TimeLabelStep();
+    ASSERT_GT(step, 1);
+    const int h = trend->CurveBitmap().Height();
+    const std::vector<int> centres = LabelCentres(
+        ColumnsWith(clRed, h - 2 * trend->LabelHeight(), h - trend->LabelHeight() - 1, 90));
+    ASSERT_FALSE(centres.empty());
+    for (size_t i = 0; i < centres.size(); ++i)
+        EXPECT_NEAR(centres[i], 60 * step * int(i + 1), 2);
+}
+
+TEST_F(TrendDisplayTest, SeparatorsAreFullHeightLines) {
+    HideChannels();
+    trend->SetOptions(trend->Options() & ~TrendOpt(opGrid));
+    trend->SetColorSeparator(clRed);
+    AddDigits(10);
+    trend->SetStartRecording(true);  // five separators at 9..13
+    trend->SetStartRecording(false);
+    Paint();
+    const int h = trend->CurveBitmap().Height();
+    EXPECT_EQ(ColumnsWith(clRed, 0, h - 1), (std::vector<int>{9, 10, 11, 12, 13}));
+    for (int y = 0; y < h; ++y)
+        ASSERT_EQ(CurvePixel(11, y), ToQRgb(clRed)) << y;
+}
+
+TEST_F(TrendDisplayTest, FillChannelAndLimitBandsLieUnderTheGrid) {
+    trend->SetFillChannelNo(2);
+    trend->Channel2()->SetColor(clBlue);
+    trend->SetColorGrid(clRed);
+    for (int i = 0; i < 100; ++i)
+        trend->AddDigit(0, 500, 0, 0, 0, 0, 0, 0);
+    Paint();
+    const int b = trend->Baseline();
+    const int y = trend->DigitY(2, 500);
+    // Between the curve and the baseline: blue, except on grid lines, which stay red.
+    int blue = 0, red = 0;
+    for (int row = y + 1; row < b; ++row) {
+        const QRgb p = CurvePixel(30, row);
+        blue += p == ToQRgb(clBlue);
+        red += p == ToQRgb(clRed);
+    }
+    EXPECT_EQ(blue + red, b - y - 1);
+    EXPECT_GT(red, 0);
+    EXPECT_NE(CurvePixel(30, y - 3), ToQRgb(clBlue));
+}
+
+TEST_F(TrendDisplayTest, ATickPutsOnlyTheNewColumnsOnTheSurface) {
+    AddDigits(50);
+    Paint();
+    TRecordingCanvas rec(&trend->SurfaceImage());
+    trend->SetCanvas(&rec);
+    Tick();
+    trend->SetCanvas(nullptr);
+    const auto copies = rec.CallsOf(QStringLiteral("CopyRect"));
+    ASSERT_EQ(copies.size(), 1u);
+    const auto& a = copies[0].Args;  // dest left, top, right, bottom, then the source
+    EXPECT_LE(a[2] - a[0], 6);
+    EXPECT_EQ(a[3] - a[1], trend->CurveBitmap().Height());
+    EXPECT_LE(a[0], trend->CurveArea().Left + 50);
+    EXPECT_GE(a[2], trend->CurveArea().Left + 51);
+    EXPECT_TRUE(SurfaceShowsCurves());
+}
+
+// However the columns reach the surface (single ticks, scrolls, labels), the curve area
+// always shows exactly the curve bitmap.
+TEST_F(TrendDisplayTest, TicksKeepTheSurfaceEqualToTheCurveBitmap) {
+    std::mt19937 rng(7);
+    std::uniform_real_distribution<float> value(-20.0f, 120.0f);
+    trend->SetOptions(trend->Options() | TrendOpt(opDate));
+    trend->SetFillChannelNo(3);
+    trend->Channel2()->SetPenWidth(3);
+    trend->SetMaxRecords(300);
+    Paint(260, 200);
+    for (int i = 0; i < 400; ++i) {
+        for (int ch = 1; ch <= 8; ++ch)
+            trend->Channel(ch)->SetValue(value(rng));
+        Tick();
+        ASSERT_TRUE(SurfaceShowsCurves()) << i;
+    }
+    EXPECT_LE(trend->RecordCount(), 301);
+}
+
+TEST_F(TrendDisplayTest, CursorReadoutFollowsTheMouse) {
+    trend->Channel1()->SetValueFrom(-10.0f);
+    AddDigits(100);
+    trend->SetCursorLine(true);
+    Paint();
+    const TRect a = trend->CurveArea();
+    int events = 0;
+    QObject::connect(trend.get(), &TKxTrend::OnNewCursorPos, [&] { ++events; });
+    TVAtCursor* v = trend->ValueAtCursor();
+    struct Step {
+        int x, y;
+        bool valid;
+        int record;
+        int events;
+    };
+    const Step steps[] = {
+        {a.Left + 10, a.Top + 5, true, 10, 1},
+        {a.Left + 10, a.Top + 50, true, 10, 1},  // same column: nothing
+        {a.Left + 40, a.Top + 5, true, 40, 2},
+        {a.Left + 150, a.Top + 5, false, 40, 3},  // beyond the records
+        {a.Left + 20, a.Top + 5, true, 20, 4},
+        {a.Left - 1, a.Top + 5, false, 20, 5},  // leaving the area
+        {a.Left - 5, a.Top + 5, false, 20, 5},  // once only
+    };
+    for (const Step& s : steps) {
+        SCOPED_TRACE(s.x - a.Left);
+        trend->SetCursorLineAt(s.x, s.y);
+        EXPECT_EQ(v->DataValid(), s.valid);
+        EXPECT_EQ(v->RecordNo(), s.record);
+        EXPECT_EQ(events, s.events);
+    }
+    trend->SetCursorLineAt(a.Left + 30, a.Top + 5);
+    // ValueFrom + stored digit x value per digit (0.11 per digit over -10..100).
+    EXPECT_FLOAT_EQ(v->ValueCh1(), -10.0f + 30.0f * trend->Channel1()->ValuePerDigit());
+    EXPECT_EQ(v->Time(), trend->Records()[30].Time);
+}
+
+TEST_F(TrendDisplayTest, CursorLineNeverEntersTheCurveBitmap) {
+    HideChannels();
+    AddDigits(100);
+    Paint();
+    const QImage before = trend->CurveBitmap().Image();
+    trend->SetCursorLineAt(trend->CurveArea().Left + 33, trend->CurveArea().Top + 5);
+    ASSERT_TRUE(trend->CursorShown());
+    EXPECT_EQ(trend->CurveBitmap().Image(), before);
+    // Not-mask: NOT (lime AND black) is white.
+    EXPECT_EQ(SurfacePixel(33, 5), qRgb(255, 255, 255));
+    EXPECT_EQ(SurfacePixel(34, 5), CurvePixel(34, 5));
+    // The line stops above the time labels.
+    const int h = trend->CurveBitmap().Height();
+    EXPECT_EQ(SurfacePixel(33, h - trend->LabelHeight() - 3), qRgb(255, 255, 255));
+    EXPECT_EQ(SurfacePixel(33, h - trend->LabelHeight() - 1),
+              CurvePixel(33, h - trend->LabelHeight() - 1));
+    // Moving on restores the old column; leaving restores everything.
+    trend->SetCursorLineAt(trend->CurveArea().Left + 40, trend->CurveArea().Top + 5);
+    EXPECT_EQ(SurfacePixel(33, 5), CurvePixel(33, 5));
+    trend->SetCursorLineAt(-1, -1);
+    EXPECT_TRUE(SurfaceShowsCurves());
+}
+
+TEST_F(TrendDisplayTest, CursorIsIgnoredWhileFlowingWithoutTheOption) {
+    AddDigits(100);
+    Paint();
+    trend->SetStartRecording(true);
+    trend->SetOptions(trend->Options() & ~TrendOpt(opCursorOnRec));
+    int events = 0;
+    QObject::connect(trend.get(), &TKxTrend::OnNewCursorPos, [&] { ++events; });
+    trend->SetCursorLineAt(trend->CurveArea().Left + 10, trend->CurveArea().Top + 5);
+    EXPECT_EQ(events, 0);
+    trend->SetOptions(trend->Options() | TrendOpt(opCursorOnRec));
+    trend->SetCursorLineAt(trend->CurveArea().Left + 10, trend->CurveArea().Top + 5);
+    EXPECT_EQ(events, 1);
+    trend->SetCursorLine(false);
+    EXPECT_FALSE(trend->CursorShown());
+    trend->SetCursorLineAt(trend->CurveArea().Left + 20, trend->CurveArea().Top + 5);
+    EXPECT_EQ(events, 1);
+}
+
+TEST_F(TrendDisplayTest, ATickRedrawsTheCursorLine) {
+    AddDigits(100);
+    Paint();
+    trend->SetCursorLineAt(trend->CurveArea().Left + 33, trend->CurveArea().Top + 5);
+    const QRgb line = SurfacePixel(33, 5);
+    Tick();
+    EXPECT_EQ(SurfacePixel(33, 5), line);
+    EXPECT_EQ(SurfacePixel(101, trend->Baseline()), CurvePixel(101, trend->Baseline()));
+}
+
+}  // namespace
+}  // namespace kx::test
