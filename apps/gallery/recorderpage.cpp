@@ -244,6 +244,12 @@ QWidget* RecorderPage::miniBox() {
         c->SetValueTo(p.to);
         c->SetValueFrom(p.from);
         c->SetColor(trend_->Channel(i + 3)->Color());
+        // The same recent history as the trend's channel.
+        m->SetStartRecording(false);
+        for (int32_t r = std::max(0, trend_->RecordCount() - 170); r < trend_->RecordCount(); ++r)
+            if (!trend_->IsSeparator(r))
+                m->AddValue(trend_->DigitToValue(i + 3, trend_->Records()[r].Ch[i + 2]));
+        m->SetStartRecording(true);
         minis_.push_back(m);
         auto* cell = new QVBoxLayout;
         cell->addWidget(new QLabel(QString::fromUtf8(p.name)));
