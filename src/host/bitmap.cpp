@@ -1,6 +1,7 @@
 #include "kx/host/bitmap.h"
 
 #include <QPainter>
+#include <cmath>
 #include <cstring>
 
 namespace kx {
@@ -81,6 +82,22 @@ const QImage& TBitmap::Image() const {
 QImage& TBitmap::MutableImage() {
     canvas_->Release();
     return image_;
+}
+
+bool TBitmap::ShiftLeft(int32_t columns) {
+    const double ratio = DeviceRatio();
+    if (columns < 1 || columns >= width_ || ratio != std::floor(ratio) || image_.isNull())
+        return false;
+    QImage& img = MutableImage();
+    const qsizetype bpp = img.depth() / 8;
+    const qsizetype shift = qsizetype(columns) * qsizetype(ratio);
+    if (shift >= img.width()) return false;
+    const size_t keep = size_t(img.width() - shift) * size_t(bpp);
+    for (int y = 0; y < img.height(); ++y) {
+        uchar* row = img.scanLine(y);
+        std::memmove(row, row + shift * bpp, keep);
+    }
+    return true;
 }
 
 TColor TBitmap::Pixel(int32_t x, int32_t y) const {

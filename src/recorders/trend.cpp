@@ -151,35 +151,39 @@ void TKxTrend::tick() {
 void TKxTrend::getData() {
     if (destroying_) return;
     inTick_ = true;
+    // The record the curve bitmap shows at column 0 and its drawn columns, so that a scroll
+    // can move the picture instead of drawing it all again.
+    int64_t shownFirst = firstDisplayed_;
+    const int32_t drawn = hOffset_;
     if (store_.Last() >= maxRecords_ && flow_) {
         const int32_t n = store_.Count() - (maxRecords_ - gridXPixel_) - 1;
         emit OnMaxRecords(this);
+        const int32_t before = store_.Count();
         DeleteRecords(n);
-        hOffset_ = 0;
+        shownFirst -= before - store_.Count();
         firstDisplayed_ = 0;
-        redrawCurves();
     }
     TSignRec r;
     r.Time = Now();
     std::copy(chArray_.begin(), chArray_.end(), r.Ch);
-    if (appendRecord(r)) {
-        const int32_t last = store_.Last();
-        bool scrolled = false;
-        if (flow_) {
-            while (last > DisplayableRecords() + firstDisplayed_) {
-                firstDisplayed_ += gridXPixel_;
-                scrolled = true;
-            }
-            if (scrolled) hOffset_ = 0;
+    appendRecord(r);
+    const int32_t last = store_.Last();
+    if (flow_) {
+        bool advanced = false;
+        while (last > DisplayableRecords() + firstDisplayed_) {
+            firstDisplayed_ += gridXPixel_;
+            advanced = true;
         }
-        if (firstDisplayed_ + lastDrawnColumn() < last) {
-            if (scrolled) {
-                redrawCurves();
-            } else {
-                drawCurves(firstDisplayed_, last);
-            }
-            putNewColumns();
-        }
+        if (advanced) hOffset_ = 0;
+    }
+    const int64_t moved = int64_t(firstDisplayed_) - shownFirst;
+    if (moved != 0) {
+        scrollCurves(moved, drawn);
+        putNewColumns();
+    } else if (firstDisplayed_ + lastDrawnColumn() < last) {
+        hOffset_ = drawn;
+        drawCurves(firstDisplayed_, last);
+        putNewColumns();
     }
     inTick_ = false;
 }

@@ -29,8 +29,12 @@ double TKxTrend::PixelFactor(int ch) const {
 }
 
 int32_t TKxTrend::DigitY(int ch, int32_t digit) const {
-    const double y = double(baseline_) - std::nearbyint(digit * PixelFactor(ch) / double(zoomY_)) +
-                     double(yOffset_);
+    return columnY(PixelFactor(ch), digit);
+}
+
+int32_t TKxTrend::columnY(double factor, int32_t digit) const {
+    const double y =
+        double(baseline_) - std::nearbyint(digit * factor / double(zoomY_)) + double(yOffset_);
     return Round(std::clamp(y, -1e6, 1e6));
 }
 
@@ -133,6 +137,7 @@ void TKxTrend::layout(TCanvas& c, TRect inner) {
     if (HasOption(opDate)) labelW = c.TextWidth(DateToStr(sample));
     if (HasOption(opTime)) labelW = std::max(labelW, c.TextWidth(timeText(sample)));
     timeLabelStep_ = std::max(1, (labelW + 8 + gridXPixel_ - 1) / gridXPixel_);
+    labelHalfMax_ = labelW / 2 + 2;
     laidOut_ = true;
 }
 
@@ -218,7 +223,7 @@ void TKxTrend::redrawCurves() {
 
 void TKxTrend::drawGrid(int32_t x0, int32_t x1) {
     if (!HasOption(opGrid) || x1 < x0) return;
-    TCanvas& c = curves_.Canvas();
+    TCanvas& c = drawing();
     c.Pen().SetColor(colorGrid_);
     c.Pen().SetWidth(1);
     c.Pen().SetMode(pmCopy);
@@ -249,7 +254,7 @@ void TKxTrend::markDirty(int32_t x0, int32_t x1) {
 }
 
 void TKxTrend::drawBands(int32_t first, int32_t c0, int32_t n) {
-    TCanvas& c = curves_.Canvas();
+    TCanvas& c = drawing();
     c.Pen().SetWidth(1);
     c.Pen().SetMode(pmCopy);
     auto column = [&](int32_t x, int32_t y0, int32_t y1, TColor color) {
@@ -280,21 +285,23 @@ void TKxTrend::drawBands(int32_t first, int32_t c0, int32_t n) {
             column(x, y, limitLower_->Filled() ? baseline_ : y, limitLower_->Color());
         }
     }
-    if (ul && !limitUpper_->Filled()) drawChannel(7, first, c0, n, limitUpper_->Color());
-    if (ll && !limitLower_->Filled()) drawChannel(8, first, c0, n, limitLower_->Color());
+    if (ul && !limitUpper_->Filled())
+        drawChannel(7, first, std::max(c0 - 1, 0), n, limitUpper_->Color());
+    if (ll && !limitLower_->Filled())
+        drawChannel(8, first, std::max(c0 - 1, 0), n, limitLower_->Color());
 }
 
-void TKxTrend::drawChannel(int ch, int32_t first, int32_t c0, int32_t n, TColor color) {
-    TCanvas& c = curves_.Canvas();
+void TKxTrend::drawChannel(int ch, int32_t first, int32_t start, int32_t n, TColor color) {
+    TCanvas& c = drawing();
     const int32_t pw = Channel(ch)->PenWidth();
     c.Pen().SetColor(color);
     c.Pen().SetWidth(pw >= 1 && pw <= 32 ? pw : 1);
     c.Pen().SetMode(pmCopy);
-    const int32_t start = std::max(c0 - 1, 0);
     if (n - start < 2) return;
-    c.MoveTo(start, DigitY(ch, store_[first + start].Ch[ch - 1]));
+    const double f = PixelFactor(ch);
+    c.MoveTo(start, columnY(f, store_[first + start].Ch[ch - 1]));
     for (int32_t x = start + 1; x < n; ++x)
-        c.LineTo(x, DigitY(ch, store_[first + x].Ch[ch - 1]));
+        c.LineTo(x, columnY(f, store_[first + x].Ch[ch - 1]));
 }
 
 QString TKxTrend::timeText(TDateTime t) const {
@@ -302,13 +309,14 @@ QString TKxTrend::timeText(TDateTime t) const {
 }
 
 void TKxTrend::drawLabel(int32_t column, TDateTime t) {
-    TCanvas& c = curves_.Canvas();
+    TCanvas& c = drawing();
     c.SetFont(*font_);
     c.Font().SetColor(colorTime_);
     c.Brush().SetStyle(bsClear);
     const int32_t h = curves_.Height();
     auto put = [&](const QString& text, int32_t bottom) {
         const int32_t half = c.TextWidth(text) / 2 + 1;
+        labelHalfMax_ = std::max(labelHalfMax_, half + 1);
         if (column + half >= curves_.Width()) return;  // a cut label would be misread
         KxTextOut(c, column, bottom, text, toBotCenter);
         markDirty(column - half, column + half);
@@ -318,30 +326,47 @@ void TKxTrend::drawLabel(int32_t column, TDateTime t) {
     if (time) put(timeText(t), h - 1);
 }
 
-void TKxTrend::drawCurves(int32_t first, int32_t last) {
-    if ((!Visible() && !Designing()) || store_.Count() < 2 || !laidOut_) return;
-    first = std::max(first, 0);
-    last = std::min(last, store_.Last());
-    if (first > last) return;
-    recInfo_->SetDisplayed(first, last);
-    const int32_t w = curves_.Width();
-    const int32_t n = static_cast<int32_t>(std::min<int64_t>(int64_t(last) - first + 1, w));
-    const int32_t c0 = hOffset_;
-    if (c0 >= n) return;
-    const bool bands = validChannel(fillChannelNo_) || HasOption(opCh7isUL) ||
-                       HasOption(opCh8isLL) || limitUpper_->Enabled() || limitLower_->Enabled();
-    if (bands) {
+// Labels stand on grid columns other than 0; wide ones on every TimeLabelStep-th grid
+// column counted from the first record, so that a scroll by grid divisions keeps them.
+bool TKxTrend::labelAt(int32_t first, int32_t x) const {
+    if (x <= 0 || x % gridXPixel_ != 0) return false;
+    return (int64_t(first) / gridXPixel_ + x / gridXPixel_) % timeLabelStep_ == 0;
+}
+
+bool TKxTrend::bandsShown() const {
+    return validChannel(fillChannelNo_) || HasOption(opCh7isUL) || HasOption(opCh8isLL) ||
+           limitUpper_->Enabled() || limitLower_->Enabled();
+}
+
+int32_t TKxTrend::widestPen() const {
+    int32_t widest = 1;
+    for (const TChSettings* c : channels_)
+        if (c->Visible() && c->PenWidth() <= 32) widest = std::max(widest, c->PenWidth());
+    return widest;
+}
+
+int32_t TKxTrend::recordColumns(int32_t first) const {
+    return static_cast<int32_t>(
+        std::clamp<int64_t>(int64_t(store_.Last()) - first + 1, 0, curves_.Width()));
+}
+
+bool TKxTrend::canDraw() const {
+    return (Visible() || Designing()) && store_.Count() >= 2 && laidOut_;
+}
+
+// Columns c0..n-1 of the records from first on: bands, grid over them, the curves' segments
+// from column segStart, separators and labels, in the order a whole drawing takes.
+void TKxTrend::drawSpan(int32_t first, int32_t c0, int32_t n, int32_t segStart) {
+    if (bandsShown()) {
         drawBands(first, c0, n);
         drawGrid(c0, n - 1);
     }
-    int32_t widest = 1;
     for (int ch = 1; ch <= kChannels; ++ch) {
         if (!Channel(ch)->Visible() || ch == fillChannelNo_) continue;
         if ((ch == 7 && HasOption(opCh7isUL)) || (ch == 8 && HasOption(opCh8isLL))) continue;
-        drawChannel(ch, first, c0, n, Channel(ch)->Color());
-        widest = std::max(widest, curves_.Canvas().Pen().Width());
+        drawChannel(ch, first, segStart, n, Channel(ch)->Color());
     }
-    TCanvas& c = curves_.Canvas();
+    TCanvas& c = drawing();
     c.Pen().SetWidth(1);
     for (int32_t x = c0; x < n; ++x) {
         const TSignRec& r = store_[first + x];
@@ -350,10 +375,69 @@ void TKxTrend::drawCurves(int32_t first, int32_t last) {
             c.MoveTo(x, 0);
             c.LineTo(x, curves_.Height());
         }
-        if (x > 0 && x % (gridXPixel_ * timeLabelStep_) == 0) drawLabel(x, r.Time);
+        if (labelAt(first, x)) drawLabel(x, r.Time);
     }
-    markDirty(std::max(c0 - 1, 0) - widest, n - 1 + widest);
+    const int32_t widest = widestPen();
+    markDirty(segStart - widest, n - 1 + widest);
+}
+
+void TKxTrend::drawCurves(int32_t first, int32_t last) {
+    if (!canDraw()) return;
+    first = std::max(first, 0);
+    last = std::min(last, store_.Last());
+    if (first > last) return;
+    recInfo_->SetDisplayed(first, last);
+    const int32_t n = recordColumns(first);
+    const int32_t c0 = hOffset_;
+    if (c0 >= n) return;
+    drawSpan(first, c0, n, std::max(c0 - 1, 0));
     hOffset_ = n;
+}
+
+// Draws columns x0..x1 anew, exactly as a whole drawing gives them: everything that reaches
+// into them (curve segments, labels of nearby columns) is drawn, clipped to them.
+void TKxTrend::redrawColumns(int32_t x0, int32_t x1) {
+    x0 = std::max(x0, 0);
+    x1 = std::min(x1, curves_.Width() - 1);
+    if (x1 < x0) return;
+    // Drawn unclipped on a spare bitmap of the same grid (clipping would take the canvas off
+    // its fast paths), then copied into place.
+    const int32_t h = curves_.Height();
+    MakeCompatibleBitmap(spare_, curves_.Width(), h, TPoint{area_.Left, area_.Top});
+    drawTo_ = &spare_;
+    TCanvas& c = spare_.Canvas();
+    c.Brush().SetStyle(bsSolid);
+    c.Brush().SetColor(color_);
+    c.FillRect(TRect{x0, 0, x1 + 1, h});
+    drawGrid(x0, x1);
+    const int32_t n = recordColumns(firstDisplayed_);
+    const int32_t reach = labelHalfMax_ + widestPen() + 2;
+    const int32_t from = std::max(x0 - reach, 0), to = std::min(x1 + reach, n - 1);
+    if (canDraw() && to > from) drawSpan(firstDisplayed_, from, to + 1, from);
+    drawTo_ = &curves_;
+    curves_.Canvas().CopyRect(TRect{x0, 0, x1 + 1, h}, c, TRect{x0, 0, x1 + 1, h});
+    markDirty(x0, x1);
+}
+
+// The view moved on by k columns (the record at column k is now at column 0) over a bitmap
+// holding drawn columns: the picture moves left and only its edges are drawn anew (the new
+// columns on the right, the labels that come into or leave the view). Anything else, a move
+// that is not by whole grid divisions, a fractional device ratio, draws it all.
+void TKxTrend::scrollCurves(int64_t k, int32_t drawn) {
+    const int32_t w = curves_.Width();
+    if (!canDraw() || k <= 0 || k >= drawn || k % gridXPixel_ != 0 ||
+        !curves_.ShiftLeft(static_cast<int32_t>(k))) {
+        hOffset_ = 0;
+        redrawCurves();
+        return;
+    }
+    recInfo_->SetDisplayed(firstDisplayed_, store_.Last());
+    const int32_t kept = drawn - static_cast<int32_t>(k);
+    const int32_t reach = labelHalfMax_ + widestPen() + 2;
+    redrawColumns(0, reach);
+    redrawColumns(std::max(kept - 1 - reach, reach + 1), w - 1);
+    hOffset_ = recordColumns(firstDisplayed_);
+    markDirty(0, w - 1);
 }
 
 // ---- To the surface -----------------------------------------------------------------------

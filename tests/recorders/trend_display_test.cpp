@@ -249,6 +249,47 @@ TEST_F(TrendDisplayTest, TicksKeepTheSurfaceEqualToTheCurveBitmap) {
     EXPECT_LE(trend->RecordCount(), 301);
 }
 
+// A scroll moves the picture and draws only its edges anew; with one curve of pen width 1
+// and no separators (where the order of drawing cannot matter) that must give exactly the
+// bitmap a whole drawing gives, at every scroll, also when the bound deletes records.
+TEST_F(TrendDisplayTest, ScrollingGivesTheBitmapOfAWholeDrawing) {
+    struct Case {
+        const char* what;
+        int maxRecords;
+        int fill;
+    };
+    const Case cases[] = {
+        {"unbounded", 100000, 0}, {"at the bound", 500, 0}, {"filled", 100000, 2}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        SetUp();
+        std::mt19937 rng(11);
+        std::uniform_real_distribution<float> value(0.0f, 100.0f);
+        HideChannels();
+        trend->Channel1()->SetVisible(true);
+        trend->Channel2()->SetVisible(c.fill == 2);  // a band, not a second curve
+        trend->SetFillChannelNo(c.fill);
+        trend->SetOptions(trend->Options() & ~TrendOpt(opSeparator));
+        trend->SetTimeFormat(QStringLiteral("nn:ss"));
+        trend->SetMaxRecords(c.maxRecords);
+        Paint(300, 200);
+        int scrolls = 0;
+        for (int i = 0; i < 900; ++i) {
+            trend->Channel1()->SetValue(value(rng));
+            trend->Channel2()->SetValue(value(rng) / 2);
+            const int32_t first = trend->FirstDisplayedRecord();
+            Tick();
+            if (trend->FirstDisplayedRecord() == first) continue;
+            ++scrolls;
+            const QImage scrolled = trend->CurveBitmap().Image();
+            trend->Invalidate();
+            trend->PaintToSurface();
+            ASSERT_EQ(scrolled, trend->CurveBitmap().Image()) << i;
+        }
+        EXPECT_GT(scrolls, 5);
+    }
+}
+
 TEST_F(TrendDisplayTest, CursorReadoutFollowsTheMouse) {
     trend->Channel1()->SetValueFrom(-10.0f);
     AddDigits(100);

@@ -51,6 +51,11 @@ class TBitmap {
     QImage& MutableImage();
     // The device pixel at the logical position (as TCanvas::Pixel); -1 outside.
     TColor Pixel(int32_t x, int32_t y) const;
+    // Moves the pixels left by columns logical pixels (a scrolling chart); the columns
+    // uncovered at the right keep their old pixels for the caller to redraw. Only on a whole
+    // device ratio, where logical columns are whole device columns: false (and nothing
+    // moved) otherwise, or for columns outside 1..Width() - 1.
+    bool ShiftLeft(int32_t columns);
     bool SaveToFile(const QString& path) const;
 
   private:

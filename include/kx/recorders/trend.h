@@ -22,7 +22,8 @@
 // GridXPixel columns, never at column 0), the curves, separator lines (ColorSeparator,
 // full height) and the date/time labels (ColorTime, Font) centred on every GridXPixel-th
 // column but never at column 0; when a label is wider than GridXPixel - 8 they stand on
-// every m-th such column only, so they never overlap (TimeLabelStep); a label that would
+// every m-th such column only (counted in grid divisions from record 0 of the view's first
+// division), so they never overlap (TimeLabelStep); a label that would
 // stick out at the right edge is left out. Scale labels
 // likewise skip grid lines closer than a label's height (ScaleLabelStep). Bottom reserve: one label
 // height for opDate and one for opTime, or label height + 4 when neither is set but a scale is
@@ -44,8 +45,10 @@
 //
 // Painting: Paint draws bevel, top row and scales and copies the curve bitmap once. A
 // tick draws only the new columns into the curve bitmap and copies only the columns it
-// touched (curve ends, labels) to the surface, unless the view scrolled, which redraws
-// the bitmap and copies all of it. The cursor line is drawn through a temporary copy of
+// touched (curve ends, labels) to the surface. When the view scrolls by whole grid
+// divisions the picture moves left and only its two edges are drawn anew (the labels that
+// enter or leave, the new columns), then the bitmap is copied whole; any other move redraws
+// it. The cursor line is drawn through a temporary copy of
 // the columns it spans (pen ColorCursorLine, mode CursorLinePenMode), so the curve bitmap
 // never holds it; the line stops above the date/time labels.
 //
@@ -422,7 +425,16 @@ class TKxTrend : public TKxGraphicControl {
     // Display (trendpaint.cpp).
     void layout(TCanvas& c, TRect inner);
     void drawBands(int32_t first, int32_t c0, int32_t n);
-    void drawChannel(int ch, int32_t first, int32_t c0, int32_t n, TColor color);
+    void drawChannel(int ch, int32_t first, int32_t start, int32_t n, TColor color);
+    void drawSpan(int32_t first, int32_t c0, int32_t n, int32_t segStart);
+    void redrawColumns(int32_t x0, int32_t x1);
+    void scrollCurves(int64_t k, int32_t drawn);
+    bool bandsShown() const;
+    bool labelAt(int32_t first, int32_t x) const;
+    int32_t widestPen() const;
+    int32_t recordColumns(int32_t first) const;
+    bool canDraw() const;
+    int32_t columnY(double factor, int32_t digit) const;
     void drawLabel(int32_t column, TDateTime t);
     void drawGrid(int32_t x0, int32_t x1);
     void drawCurves(int32_t first, int32_t last);
@@ -482,6 +494,11 @@ class TKxTrend : public TKxGraphicControl {
     // Display state.
     TBitmap curves_;
     TBitmap cursorWork_;
+    // Where the curve drawing goes: the curve bitmap, or the spare one while columns are
+    // drawn anew.
+    TBitmap spare_;
+    TBitmap* drawTo_ = &curves_;
+    TCanvas& drawing() { return drawTo_->Canvas(); }
     TRect area_{};
     TRect leftScale_{};
     TRect rightScale_{};
@@ -489,6 +506,8 @@ class TKxTrend : public TKxGraphicControl {
     int32_t baseline_ = 0;
     int32_t labelHeight_ = 0;
     int32_t timeLabelStep_ = 1;
+    // Half the widest date/time label so far: how far a label reaches beside its column.
+    int32_t labelHalfMax_ = 0;
     int32_t firstDisplayed_ = 0;
     int32_t hOffset_ = 0;
     int32_t cursorColumn_ = -1;
