@@ -396,7 +396,7 @@ int TKxTrend::LoadFromFileEx(const QString& name, bool clear) {
     RecordNoChanged();
     if (Visible() || Designing()) {
         int32_t first = 0;
-        if (HasOption(opShowLast)) first = std::max(0, store_.Count() - DisplayableRecords() - 1);
+        if (HasOption(opShowLast)) first = std::max(0, store_.Count() - DisplayableRecords());
         firstDisplayed_ = first;
         hOffset_ = 0;
         invalidateCursor();

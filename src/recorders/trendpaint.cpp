@@ -253,6 +253,12 @@ void TKxTrend::markDirty(int32_t x0, int32_t x1) {
     }
 }
 
+int32_t TKxTrend::limitY(const TTrendLimit& l) const {
+    const int scaleCh = validChannel(absScaleCh_) ? absScaleCh_ : 1;
+    return DigitY(scaleCh, ValueToDigit(scaleCh, l.Value()) - Channel(scaleCh)->DigitalFrom());
+}
+
+// The filled areas, which the grid is drawn over.
 void TKxTrend::drawBands(int32_t first, int32_t c0, int32_t n) {
     TCanvas& c = drawing();
     c.Pen().SetWidth(1);
@@ -263,32 +269,39 @@ void TKxTrend::drawBands(int32_t first, int32_t c0, int32_t n) {
         c.MoveTo(x, y0);
         c.LineTo(x, y1 + 1);
     };
-    const bool ul = HasOption(opCh7isUL), ll = HasOption(opCh8isLL);
-    const int scaleCh = validChannel(absScaleCh_) ? absScaleCh_ : 1;
-    auto limitY = [&](const TTrendLimit* l) {
-        return DigitY(scaleCh, ValueToDigit(scaleCh, l->Value()) - Channel(scaleCh)->DigitalFrom());
-    };
+    const bool ul = HasOption(opCh7isUL) && limitUpper_->Filled();
+    const bool ll = HasOption(opCh8isLL) && limitLower_->Filled();
+    const bool upper = limitUpper_->Enabled() && limitUpper_->Filled();
+    const bool lower = limitLower_->Enabled() && limitLower_->Filled();
+    const int32_t upperY = limitY(*limitUpper_), lowerY = limitY(*limitLower_);
     for (int32_t x = c0; x < n; ++x) {
         const TSignRec& r = store_[first + x];
         if (validChannel(fillChannelNo_) && Channel(fillChannelNo_)->Visible())
             column(x, DigitY(fillChannelNo_, r.Ch[fillChannelNo_ - 1]), baseline_,
                    Channel(fillChannelNo_)->Color());
-        if (ul && limitUpper_->Filled()) column(x, 0, DigitY(7, r.Ch[6]), limitUpper_->Color());
-        if (ll && limitLower_->Filled())
-            column(x, DigitY(8, r.Ch[7]), baseline_, limitLower_->Color());
-        if (limitUpper_->Enabled()) {
-            const int32_t y = limitY(limitUpper_);
-            column(x, limitUpper_->Filled() ? 0 : y, y, limitUpper_->Color());
-        }
-        if (limitLower_->Enabled()) {
-            const int32_t y = limitY(limitLower_);
-            column(x, y, limitLower_->Filled() ? baseline_ : y, limitLower_->Color());
-        }
+        if (ul) column(x, 0, DigitY(7, r.Ch[6]), limitUpper_->Color());
+        if (ll) column(x, DigitY(8, r.Ch[7]), baseline_, limitLower_->Color());
+        if (upper) column(x, 0, upperY, limitUpper_->Color());
+        if (lower) column(x, lowerY, baseline_, limitLower_->Color());
     }
-    if (ul && !limitUpper_->Filled())
-        drawChannel(7, first, std::max(c0 - 1, 0), n, limitUpper_->Color());
-    if (ll && !limitLower_->Filled())
-        drawChannel(8, first, std::max(c0 - 1, 0), n, limitLower_->Color());
+}
+
+// The limits' lines, over the grid so that a limit on a grid line still shows: channels 7
+// and 8 as limit curves when not filled, and the enabled limits' values.
+void TKxTrend::drawLimitLines(int32_t first, int32_t c0, int32_t n, int32_t segStart) {
+    if (HasOption(opCh7isUL) && !limitUpper_->Filled())
+        drawChannel(7, first, segStart, n, limitUpper_->Color());
+    if (HasOption(opCh8isLL) && !limitLower_->Filled())
+        drawChannel(8, first, segStart, n, limitLower_->Color());
+    TCanvas& c = drawing();
+    c.Pen().SetWidth(1);
+    for (const TTrendLimit* l : {limitUpper_, limitLower_}) {
+        if (!l->Enabled()) continue;
+        const int32_t y = limitY(*l);
+        c.Pen().SetColor(l->Color());
+        c.MoveTo(c0, y);
+        c.LineTo(n, y);
+    }
 }
 
 void TKxTrend::drawChannel(int ch, int32_t first, int32_t start, int32_t n, TColor color) {
@@ -361,6 +374,7 @@ void TKxTrend::drawSpan(int32_t first, int32_t c0, int32_t n, int32_t segStart) 
         drawBands(first, c0, n);
         drawGrid(c0, n - 1);
     }
+    drawLimitLines(first, c0, n, segStart);
     for (int ch = 1; ch <= kChannels; ++ch) {
         if (!Channel(ch)->Visible() || ch == fillChannelNo_) continue;
         if ((ch == 7 && HasOption(opCh7isUL)) || (ch == 8 && HasOption(opCh8isLL))) continue;

@@ -1,7 +1,9 @@
 // The trend's display: layout of the curve bitmap, the vertical mapping, grid, labels and
 // separators, what a tick puts on the surface, and the cursor line and its readout.
 #include <QImage>
+#include <QTemporaryDir>
 #include <cmath>
+#include <functional>
 #include <random>
 
 #include "kx/host/recordingcanvas.h"
@@ -348,6 +350,82 @@ TEST_F(TrendDisplayTest, CursorLineNeverEntersTheCurveBitmap) {
     EXPECT_EQ(SurfacePixel(33, 5), CurvePixel(33, 5));
     trend->SetCursorLineAt(-1, -1);
     EXPECT_TRUE(SurfaceShowsCurves());
+}
+
+// Whatever moves the curves under it hides the cursor line until the mouse moves again.
+TEST_F(TrendDisplayTest, ZoomAndOffsetHideTheCursor) {
+    AddDigits(100);
+    const std::function<void(TKxTrend&)> moves[] = {
+        [](TKxTrend& t) { t.MoveY(3); }, [](TKxTrend& t) { t.SetZoomY(2.0f); },
+        [](TKxTrend& t) { t.SetYDefault(); }, [](TKxTrend& t) { t.MoveX(10); },
+        [](TKxTrend& t) { t.SetCursorLine(false); }};
+    for (const auto& move : moves) {
+        trend->SetCursorLine(true);
+        trend->SetZoomY(1.5f);
+        Paint();
+        trend->SetCursorLineAt(trend->CurveArea().Left + 33, trend->CurveArea().Top + 5);
+        ASSERT_TRUE(trend->CursorShown());
+        move(*trend);
+        EXPECT_FALSE(trend->CursorShown());
+        trend->PaintToSurface();
+        EXPECT_TRUE(SurfaceShowsCurves());
+    }
+}
+
+// Every change of a limit shows at the next paint: value, colour, filling and switching.
+TEST_F(TrendDisplayTest, LimitChangesRepaint) {
+    HideChannels();
+    AddDigits(100);
+    struct Case {
+        bool upper;
+        std::function<void(TTrendLimit&)> change;
+    };
+    const Case cases[] = {
+        {true, [](TTrendLimit& l) { l.SetValue(20.0f); }},
+        {true, [](TTrendLimit& l) { l.SetColor(clBlue); }},
+        {true, [](TTrendLimit& l) { l.SetFilled(true); }},
+        {true, [](TTrendLimit& l) { l.SetEnabled(false); }},
+        {false, [](TTrendLimit& l) { l.SetValue(20.0f); }},
+        {false, [](TTrendLimit& l) { l.SetColor(clBlue); }},
+        {false, [](TTrendLimit& l) { l.SetFilled(true); }},
+        {false, [](TTrendLimit& l) { l.SetEnabled(false); }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.upper ? "upper " : "lower ") + std::to_string(&c - cases));
+        SetUp();
+        HideChannels();
+        AddDigits(100);
+        TTrendLimit& l = c.upper ? *trend->LimitUpper() : *trend->LimitLower();
+        l.SetValue(50.0f);
+        l.SetColor(clRed);
+        l.SetEnabled(true);
+        Paint();
+        const QImage before = trend->CurveBitmap().Image();
+        c.change(l);
+        trend->PaintToSurface();
+        EXPECT_NE(trend->CurveBitmap().Image(), before);
+    }
+}
+
+// After a load the view starts at record 0, or with opShowLast so that the newest record
+// stands in the last column.
+TEST_F(TrendDisplayTest, ALoadShowsTheStartOrTheNewestRecords) {
+    QTemporaryDir dir;
+    const QString name = dir.filePath(QStringLiteral("r.rec"));
+    AddDigits(1000);
+    ASSERT_EQ(trend->SaveToFile(name), 0);
+    for (const bool showLast : {false, true}) {
+        SCOPED_TRACE(showLast);
+        trend->SetOptions(showLast ? trend->Options() | TrendOpt(opShowLast)
+                                   : trend->Options() & ~TrendOpt(opShowLast));
+        Paint();
+        trend->MoveX(300);
+        ASSERT_EQ(trend->LoadFromFileEx(name, true), 0);
+        const int32_t w = trend->CurveBitmap().Width();
+        EXPECT_EQ(trend->FirstDisplayedRecord(), showLast ? 1000 - w : 0);
+        EXPECT_EQ(trend->RecordInfo()->LastDisplayedRec(), 999);
+        EXPECT_TRUE(SurfaceShowsCurves());
+    }
 }
 
 TEST_F(TrendDisplayTest, CursorIsIgnoredWhileFlowingWithoutTheOption) {

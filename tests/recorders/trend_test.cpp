@@ -438,6 +438,54 @@ TEST_F(TrendTest, MoveXSwitchesFlowOffAndStaysInTheStore) {
     }
 }
 
+// The settings setters copy; null and the object itself change nothing.
+TEST_F(TrendTest, SettingsSettersCopyAndIgnoreNull) {
+    TTrendLimit limit;
+    limit.SetValue(42.0f);
+    TFont font;
+    font.SetSize(17);
+    TKxSBevel bevel;
+    bevel.SetWidth(7);
+    struct Case {
+        const char* what;
+        std::function<void(TKxTrend&)> copy, none, self;
+        std::function<bool(const TKxTrend&)> copied;
+    };
+    const Case cases[] = {
+        {"LimitUpper", [&](TKxTrend& t) { t.SetLimitUpper(&limit); },
+         [](TKxTrend& t) { t.SetLimitUpper(nullptr); },
+         [](TKxTrend& t) { t.SetLimitUpper(t.LimitUpper()); },
+         [](const TKxTrend& t) { return t.LimitUpper()->Value() == 42.0f; }},
+        {"LimitLower", [&](TKxTrend& t) { t.SetLimitLower(&limit); },
+         [](TKxTrend& t) { t.SetLimitLower(nullptr); },
+         [](TKxTrend& t) { t.SetLimitLower(t.LimitLower()); },
+         [](const TKxTrend& t) { return t.LimitLower()->Value() == 42.0f; }},
+        {"Font", [&](TKxTrend& t) { t.SetFont(&font); }, [](TKxTrend& t) { t.SetFont(nullptr); },
+         [](TKxTrend& t) { t.SetFont(t.Font()); },
+         [](const TKxTrend& t) { return t.Font()->Size() == 17; }},
+        {"CaptionFont", [&](TKxTrend& t) { t.SetCaptionFont(&font); },
+         [](TKxTrend& t) { t.SetCaptionFont(nullptr); },
+         [](TKxTrend& t) { t.SetCaptionFont(t.CaptionFont()); },
+         [](const TKxTrend& t) { return t.CaptionFont()->Size() == 17; }},
+        {"BevelOuter", [&](TKxTrend& t) { t.SetBevelOuter(&bevel); },
+         [](TKxTrend& t) { t.SetBevelOuter(nullptr); },
+         [](TKxTrend& t) { t.SetBevelOuter(t.BevelOuter()); },
+         [](const TKxTrend& t) { return t.BevelOuter()->Width() == 7; }},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        TKxTrend t;
+        c.none(t);
+        c.self(t);
+        EXPECT_FALSE(c.copied(t));
+        c.copy(t);
+        EXPECT_TRUE(c.copied(t));
+        c.none(t);
+        c.self(t);
+        EXPECT_TRUE(c.copied(t));
+    }
+}
+
 TEST_F(TrendTest, ChannelSettersCopyAndIgnoreNull) {
     TChSettings source;
     source.SetValueTo(500.0f);

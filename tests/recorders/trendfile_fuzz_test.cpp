@@ -212,7 +212,7 @@ TEST(TrendFileFuzz, AnyFileLoadsItsWholeRecordsAndDraws) {
         ASSERT_NO_FATAL_FAILURE(CheckRecordInfo(trend));
         if (trend.HasOption(opShowLast)) {
             ASSERT_EQ(trend.FirstDisplayedRecord(),
-                      std::max(0, trend.RecordCount() - trend.DisplayableRecords() - 1));
+                      std::max(0, trend.RecordCount() - trend.DisplayableRecords()));
         } else {
             ASSERT_EQ(trend.FirstDisplayedRecord(), 0);
         }

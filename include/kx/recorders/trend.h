@@ -33,7 +33,8 @@
 // height at ZoomY 1). ZoomY stays in 0.1..10; MoveY shifts the curves by pixels;
 // SetYDefault restores ZoomY 1 and offset 0.
 //
-// Fill and limit bands, drawn before the grid so the grid stays visible on them:
+// Fill and limit bands, drawn before the grid so the grid stays visible on them (the limit
+// lines themselves go over the grid, so that a limit on a grid line still shows):
 //  - FillChannelNo n: the area between curve n and the baseline, in channel n's colour.
 //  - opCh7isUL: channel 7 is the upper limit: the area above its curve in LimitUpper.Color
 //    when LimitUpper.Filled, else its curve line in that colour. opCh8isLL: channel 8 the
@@ -64,7 +65,9 @@
 // Choices where the classic behaviour is silent:
 //  - The separator marker is 0.0 and cannot be changed: another marker would turn records
 //    already stored into separators or back.
-//  - opShowLast after a load shows the last (curve area width) records.
+//  - opShowLast after a load shows the newest records with the newest in the last column:
+//    the view starts at count - (curve area width), one record further on than
+//    subtracting a whole width and one more would put it, which leaves the newest unseen.
 //  - The cursor follows mouse movement (mouse tracking is on) and hides when the mouse
 //    leaves the control. ZoomY, MoveY and MoveX keep the cursor hidden until it moves.
 //  - Channel colours start as lime, yellow, aqua, fuchsia, red, white, orange and silver,
@@ -425,6 +428,8 @@ class TKxTrend : public TKxGraphicControl {
     // Display (trendpaint.cpp).
     void layout(TCanvas& c, TRect inner);
     void drawBands(int32_t first, int32_t c0, int32_t n);
+    void drawLimitLines(int32_t first, int32_t c0, int32_t n, int32_t segStart);
+    int32_t limitY(const TTrendLimit& l) const;
     void drawChannel(int ch, int32_t first, int32_t start, int32_t n, TColor color);
     void drawSpan(int32_t first, int32_t c0, int32_t n, int32_t segStart);
     void redrawColumns(int32_t x0, int32_t x1);
