@@ -1,5 +1,6 @@
 // The trend's record rules: recording ticks, the flow bound, separators, conversions,
 // extremes, the record information and the settings' limits.
+#include <QAccessible>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -502,6 +503,35 @@ TEST_F(TrendTest, ChannelSettersCopyAndIgnoreNull) {
     for (int ch = 1; ch <= 8; ++ch)
         colors.insert(trend->Channel(ch)->Color());
     EXPECT_EQ(colors.size(), 8u);
+}
+
+// Assistive tools hear the caption, the newest values and whether the trend records or a
+// limit is passed.
+TEST_F(TrendTest, Accessibility) {
+    QAccessibleInterface* a = QAccessible::queryAccessibleInterface(trend.get());
+    ASSERT_TRUE(a);
+    EXPECT_EQ(a->role(), QAccessible::Chart);
+    trend->setObjectName(QStringLiteral("trend1"));
+    EXPECT_EQ(a->text(QAccessible::Name), QStringLiteral("trend1"));
+    trend->SetCaption(QStringLiteral("Reactor"));
+    EXPECT_EQ(a->text(QAccessible::Name), QStringLiteral("Reactor"));
+    EXPECT_EQ(a->text(QAccessible::Value), QString());
+    EXPECT_EQ(a->text(QAccessible::Description), QStringLiteral("stopped"));
+    for (int ch = 3; ch <= 8; ++ch)
+        trend->Channel(ch)->SetVisible(false);
+    trend->Channel1()->SetValueUnit(QStringLiteral("bar"));
+    trend->AddDigit(905, 120, 0, 0, 0, 0, 0, 0);
+    EXPECT_EQ(a->text(QAccessible::Value), QStringLiteral("Ch1 90.5 bar; Ch2 12.0 %"));
+    trend->LimitUpper()->SetValue(90.0f);
+    trend->LimitUpper()->SetEnabled(true);
+    EXPECT_EQ(a->text(QAccessible::Description), QStringLiteral("stopped, upper limit exceeded"));
+    trend->LimitUpper()->SetEnabled(false);
+    trend->LimitLower()->SetValue(95.0f);
+    trend->LimitLower()->SetEnabled(true);
+    trend->SetStartRecording(true);
+    EXPECT_EQ(a->text(QAccessible::Description), QStringLiteral("recording, lower limit exceeded"));
+    trend->setAccessibleDescription(QStringLiteral("Line 2"));
+    EXPECT_TRUE(a->text(QAccessible::Description).startsWith(QStringLiteral("Line 2, ")));
 }
 
 }  // namespace
