@@ -449,7 +449,8 @@ void TKxTrend::scrollCurves(int64_t k, int32_t drawn) {
     const int32_t kept = drawn - static_cast<int32_t>(k);
     const int32_t reach = labelHalfMax_ + widestPen() + 2;
     redrawColumns(0, reach);
-    redrawColumns(std::max(kept - 1 - reach, reach + 1), w - 1);
+    // A label left out at the old right edge (it stuck out) may reach back two half-widths.
+    redrawColumns(std::max(kept - 1 - 2 * reach, reach + 1), w - 1);
     hOffset_ = recordColumns(firstDisplayed_);
     markDirty(0, w - 1);
 }

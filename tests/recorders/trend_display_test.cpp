@@ -6,6 +6,7 @@
 #include <functional>
 #include <random>
 
+#include "common/ratio.h"
 #include "kx/host/recordingcanvas.h"
 #include "recorders/trend_fixture.h"
 
@@ -259,9 +260,12 @@ TEST_F(TrendDisplayTest, ScrollingGivesTheBitmapOfAWholeDrawing) {
         const char* what;
         int maxRecords;
         int fill;
+        bool dates;
     };
-    const Case cases[] = {
-        {"unbounded", 100000, 0}, {"at the bound", 500, 0}, {"filled", 100000, 2}};
+    const Case cases[] = {{"unbounded", 100000, 0, false},
+                          {"at the bound", 500, 0, false},
+                          {"filled", 100000, 2, false},
+                          {"dates on every other division", 100000, 0, true}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         SetUp();
@@ -273,6 +277,7 @@ TEST_F(TrendDisplayTest, ScrollingGivesTheBitmapOfAWholeDrawing) {
         trend->SetFillChannelNo(c.fill);
         trend->SetOptions(trend->Options() & ~TrendOpt(opSeparator));
         trend->SetTimeFormat(QStringLiteral("nn:ss"));
+        if (c.dates) trend->SetOptions(trend->Options() | TrendOpt(opDate));
         trend->SetMaxRecords(c.maxRecords);
         Paint(300, 200);
         int scrolls = 0;
@@ -283,12 +288,51 @@ TEST_F(TrendDisplayTest, ScrollingGivesTheBitmapOfAWholeDrawing) {
             Tick();
             if (trend->FirstDisplayedRecord() == first) continue;
             ++scrolls;
+            if (c.dates) {
+                ASSERT_GT(trend->TimeLabelStep(), 1);
+            }
             const QImage scrolled = trend->CurveBitmap().Image();
             trend->Invalidate();
             trend->PaintToSurface();
             ASSERT_EQ(scrolled, trend->CurveBitmap().Image()) << i;
         }
         EXPECT_GT(scrolls, 5);
+    }
+}
+
+// On high-DPI screens the curve bitmap holds device pixels: ticks and scrolls (moved on a
+// whole ratio, drawn anew on a fractional one) keep the surface equal to it and the scrolled
+// picture equal to a whole drawing.
+TEST_F(TrendDisplayTest, TicksAndScrollsAtDeviceRatios) {
+    for (double ratio : {2.0, 1.5}) {
+        SCOPED_TRACE(ratio);
+        trend = std::make_unique<AtRatio<TKxTrend>>(ratio);
+        trend->SetStartRecording(false);
+        HideChannels();
+        trend->Channel1()->SetVisible(true);
+        trend->SetOptions(trend->Options() & ~TrendOpt(opSeparator));
+        Paint(240, 160);
+        ASSERT_EQ(trend->SurfaceRatio(), ratio);
+        const TRect a = trend->CurveArea();
+        int scrolls = 0;
+        for (int i = 0; i < 400; ++i) {
+            trend->Channel1()->SetValue(float((i * 37) % 100));
+            const int32_t first = trend->FirstDisplayedRecord();
+            Tick();
+            const QImage& curves = trend->CurveBitmap().Image();
+            const QImage shown = trend->Surface().Image().copy(
+                trend->Surface().Image().width() * a.Left / trend->width(),
+                trend->Surface().Image().height() * a.Top / trend->height(), curves.width(),
+                curves.height());
+            ASSERT_EQ(shown, curves) << i;
+            if (trend->FirstDisplayedRecord() == first) continue;
+            ++scrolls;
+            const QImage scrolled = curves;
+            trend->Invalidate();
+            trend->PaintToSurface();
+            ASSERT_EQ(scrolled, trend->CurveBitmap().Image()) << i;
+        }
+        EXPECT_GT(scrolls, 3);
     }
 }
 
