@@ -11,8 +11,8 @@
 //
 // KxAppendRecordFile appends to a file (creating it): a partial record left at the end by
 // an earlier interrupted append is cut off first, so the new records stand on the 24-byte
-// grid; a failed write cuts the file back to its length before the call, so the earlier
-// records stay intact.
+// grid; a failed write cuts the file back to the whole records it held before the call, so
+// the earlier records stay intact.
 //
 // KxReadRecordFile appends every whole record of a file to a store; a partial trailing
 // record is ignored. It allocates no more than the file's whole records (a file that

@@ -248,7 +248,10 @@ class TKxTrend : public TKxGraphicControl {
     // -1 unless last - first > 0 after clipping to the store; else appends those records.
     int SavePartToFile(const QString& name, int32_t first, int32_t last);
     int LoadFromFile(const QString& name) { return LoadFromFileEx(name, false); }
-    // Stops recording; clear: replaces the records, else appends after a separator.
+    // Stops recording; clear: replaces the records, else appends after a separator block.
+    // These steps come before the file is opened, so a load that fails has still stopped
+    // recording, cleared (when asked) and added the block; check the file first when that
+    // matters.
     int LoadFromFileEx(const QString& name, bool clear);
 
     // ---- Display -----------------------------------------------------------------------
