@@ -5,6 +5,7 @@
 
 #include <QWidget>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <vector>
@@ -306,12 +307,14 @@ TEST_F(MiniTrend, FlowingGivesThePixelsOfAFullDrawing) {
         double ratio;
         int32_t width, maxRecords, channels;
         int32_t pens[4];
+        int clearAt;  // the record before which both are cleared, -1: never
     } cases[] = {
-        {"view full first, thin pens", 1.0, 32, 200, 2, {1, 1, 1, 1}},
-        {"store full first", 1.0, 62, 25, 1, {1, 1, 1, 1}},
-        {"wide pens over each other", 1.0, 32, 200, 4, {3, 5, 1, 2}},
-        {"double ratio", 2.0, 32, 200, 2, {1, 3, 1, 1}},
-        {"fractional ratio redraws", 1.5, 32, 200, 2, {2, 1, 1, 1}},
+        {"view full first, thin pens", 1.0, 32, 200, 2, {1, 1, 1, 1}, -1},
+        // A clear keeps counting records, so the first one after it is drawn anew.
+        {"store full first, cleared", 1.0, 62, 25, 1, {1, 1, 1, 1}, 40},
+        {"wide pens over each other", 1.0, 32, 200, 4, {3, 5, 1, 2}, -1},
+        {"double ratio", 2.0, 32, 200, 2, {1, 3, 1, 1}, -1},
+        {"fractional ratio redraws", 1.5, 32, 200, 2, {2, 1, 1, 1}, -1},
     };
     for (const auto& c : cases) {
         auto setUp = [&](TKxMiniTrend& t) {
@@ -334,6 +337,11 @@ TEST_F(MiniTrend, FlowingGivesThePixelsOfAFullDrawing) {
                 return float(50.0 +
                              45.0 * std::sin(i * (0.3 + 0.4 * ch)) * ((i / 7) % 2 ? 1 : 0.2));
             };
+            if (i == c.clearAt) {
+                live.ClearRecords();
+                live.PaintToSurface();
+                full.ClearRecords();
+            }
             ASSERT_TRUE(live.AddValue(v(1), v(2), v(3), v(4)));
             full.AddValue(v(1), v(2), v(3), v(4));
             full.Invalidate();
@@ -348,18 +356,94 @@ TEST_F(MiniTrend, FlowingGivesThePixelsOfAFullDrawing) {
     }
 }
 
-TEST_F(MiniTrend, ChannelCountChoosesTheCurvesAndKeepsTheHistory) {
+TEST_F(MiniTrend, ASettingChangeRepaints) {
+    // Two points (channel 1 at row 4, channel 2 at row 15) checked against the change that
+    // must reach them at the next paint; a setter that forgets to repaint leaves them.
+    TChSettings red;
+    red.SetColor(clRed);
+    const struct {
+        const char* name;
+        std::function<void(TKxMiniTrend&)> change;
+        int32_t column, row;
+        TColor after;
+    } cases[] = {
+        {"background colour", [](TKxMiniTrend& t) { t.SetColor(clNavy); }, 2, 10, clNavy},
+        {"more channels show their history", [](TKxMiniTrend& t) { t.SetChannelCount(2); }, 2, 15,
+         clYellow},
+        {"channel colour", [](TKxMiniTrend& t) { t.Channel1()->SetColor(clRed); }, 2, 4, clRed},
+        {"channel assigned", [&](TKxMiniTrend& t) { t.SetChannel1(&red); }, 2, 4, clRed},
+        {"channel hidden", [](TKxMiniTrend& t) { t.Channel1()->SetVisible(false); }, 2, 4, clBlack},
+        {"channel range", [](TKxMiniTrend& t) { t.Channel1()->SetDigitalTo(2000); }, 2, 11, clLime},
+        {"pen width", [](TKxMiniTrend& t) { t.Channel1()->SetPenWidth(3); }, 2, 3, clLime},
+        {"fewer records kept", [](TKxMiniTrend& t) { t.SetMaxRecords(10); }, 11, 4, clBlack},
+        {"bevel taken away", [](TKxMiniTrend& t) { t.BevelOuter()->SetWidth(0); }, -1, -1, clBlack},
+    };
+    for (const auto& c : cases) {
+        SetUp();
+        m_->SetStartRecording(false);
+        for (int i = 0; i < 12; ++i)
+            m_->AddValue(80.0f, 20.0f);
+        const TColor before = at(c.column, c.row);
+        ASSERT_NE(before, c.after) << c.name;
+        c.change(*m_);
+        m_->PaintToSurface();
+        EXPECT_EQ(m_->Surface().Pixel(1 + c.column, 1 + c.row), c.after) << c.name;
+    }
+}
+
+TEST_F(MiniTrend, DigitYFillsTheHeightWithTheDigitRange) {
+    const struct {
+        const char* name;
+        int ch;
+        int32_t height;  // of the control: the curve area is 2 less, the baseline 3 less
+        int32_t digitalFrom, digitalTo, digit;
+        int32_t y;
+    } cases[] = {
+        {"middle", 1, 22, 0, 1000, 500, 9},
+        {"top", 1, 22, 0, 1000, 1000, 0},
+        {"beyond the top stays on the edge", 1, 22, 0, 1000, 2000, 0},
+        {"digit offset does not move stored digits", 1, 22, 100, 1100, 1000, 0},
+        {"two rows, top", 1, 4, 0, 1000, 1000, 0},
+        {"two rows, below half", 1, 4, 0, 1000, 400, 1},
+        {"two rows, above half", 1, 4, 0, 1000, 600, 0},
+        {"one row", 1, 3, 0, 1000, 1000, 0},
+        {"one digit range, top", 1, 22, 0, 1, 1, 0},
+        {"one digit range, bottom", 1, 22, 0, 1, 0, 19},
+        {"empty digit range", 1, 22, 10, 10, 500, 19},
+        {"reversed digit range", 1, 22, 100, 50, 500, 19},
+        {"no channel 0", 0, 22, 0, 1000, 1000, 19},
+        {"no channel 5", 5, 22, 0, 1000, 1000, 19},
+    };
+    for (const auto& c : cases) {
+        TKxMiniTrend t(&form_);
+        t.SetBounds(0, 0, 52, c.height);
+        t.Channel1()->SetDigitalTo(c.digitalTo);
+        t.Channel1()->SetDigitalFrom(c.digitalFrom);
+        t.PaintToSurface();
+        EXPECT_EQ(t.Baseline(), c.height - 3) << c.name;
+        EXPECT_EQ(t.DigitY(c.ch, c.digit), c.y) << c.name;
+    }
+}
+
+TEST_F(MiniTrend, PenWidthsOutside1To32DrawOnePixelWide) {
+    const struct {
+        int32_t penWidth;
+        int32_t rows, reach;
+    } cases[] = {{1, 1, 0},  {3, 3, 2},  {32, 20, 17}, {0, 1, 0},
+                 {-3, 1, 0}, {33, 1, 0}, {1000, 1, 0}};
     m_->SetStartRecording(false);
-    for (int i = 0; i < 5; ++i)
-        m_->AddValue(80.0f, 20.0f);
-    const int32_t row2 = 19 - 4;  // digit 200
-    EXPECT_EQ(at(2, row2), clBlack);
-    m_->SetChannelCount(2);
-    m_->PaintToSurface();
-    EXPECT_EQ(at(2, row2), clYellow);
-    m_->Channel2()->SetVisible(false);
-    m_->PaintToSurface();
-    EXPECT_EQ(at(2, row2), clBlack);
+    for (int i = 0; i < 12; ++i)
+        m_->AddValue(50.0f);
+    for (const auto& c : cases) {
+        m_->Channel1()->SetPenWidth(c.penWidth);
+        m_->PaintToSurface();
+        EXPECT_EQ(m_->PenReach(), c.reach) << c.penWidth;
+        int32_t rows = 0;
+        for (int32_t row = 0; row < 20; ++row)
+            rows += at(5, row) == clLime;
+        EXPECT_EQ(rows, c.rows) << c.penWidth;
+        EXPECT_EQ(at(5, 9), clLime) << c.penWidth;
+    }
 }
 
 TEST_F(MiniTrend, TheValueStripShowsTheNewestValueWhenThereIsRoom) {

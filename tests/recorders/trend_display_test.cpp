@@ -2,6 +2,7 @@
 // separators, what a tick puts on the surface, and the cursor line and its readout.
 #include <QImage>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <random>
@@ -116,6 +117,94 @@ TEST_F(TrendDisplayTest, LayoutStaysOnTheControl) {
         EXPECT_LE(a.Top, a.Bottom);
         EXPECT_TRUE(SurfaceShowsCurves());
     }
+}
+
+// The texts of the top row and the scales, measured with fixed metrics: the caption in the
+// middle of the row, a label on every grid line, each centred on its line.
+TEST_F(TrendDisplayTest, CaptionAndScaleLabelsStandOnTheirLines) {
+    trend->SetCaption(QStringLiteral("Reactor"));
+    Paint();
+    TRecordingCanvas rec(&trend->SurfaceImage());
+    trend->SetCanvas(&rec);
+    trend->Invalidate();
+    trend->PaintToSurface();
+    trend->SetCanvas(nullptr);
+    const TRect a = trend->CurveArea();
+    const int inner = trend->BevelOuter()->TotalWidth();
+    std::vector<std::pair<QString, int>> texts;  // text, vertical centre
+    for (const TCanvasCall& c : rec.CallsOf(QStringLiteral("TextOut")))
+        texts.emplace_back(c.Text, c.Args[1] + rec.LineHeight / 2);
+    const auto caption = std::find_if(texts.begin(), texts.end(), [](const auto& t) {
+        return t.first == QStringLiteral("Reactor");
+    });
+    ASSERT_NE(caption, texts.end());
+    EXPECT_NEAR(caption->second, (inner + a.Top) / 2, 1);
+    std::vector<QString> labels;
+    for (const auto& [text, centre] : texts) {
+        if (!text.endsWith(QStringLiteral(".0"))) continue;
+        labels.push_back(text);
+        const int k = int(std::lround(text.toDouble() / 10.0));
+        EXPECT_NEAR(centre, a.Top + trend->Baseline() - trend->Baseline() * k / 10, 1) << k;
+    }
+    EXPECT_EQ(labels.size(), 11u);  // 0.0 .. 100.0
+    EXPECT_EQ(labels.front(), QStringLiteral("0.0"));
+    EXPECT_EQ(labels.back(), QStringLiteral("100.0"));
+}
+
+TEST_F(TrendDisplayTest, GridLinesStandOnEveryDivision) {
+    HideChannels();
+    trend->SetColorGrid(clRed);
+    AddDigits(300);
+    Paint();
+    const int b = trend->Baseline();
+    for (int x : {60, 120, 180})
+        for (int y : {0, b / 3, b})
+            EXPECT_EQ(CurvePixel(x, y), ToQRgb(clRed)) << x << "," << y;
+    EXPECT_NE(CurvePixel(59, b / 3 + 1), ToQRgb(clRed));
+    EXPECT_NE(CurvePixel(0, b / 3 + 1), ToQRgb(clRed));  // none at column 0
+    EXPECT_NE(CurvePixel(60, b + 2), ToQRgb(clRed));     // none through the labels
+    trend->SetOptions(trend->Options() & ~TrendOpt(opGrid));
+    trend->PaintToSurface();
+    EXPECT_NE(CurvePixel(60, b / 3), ToQRgb(clRed));
+}
+
+// Channels 7 and 8 as limits: a curve in the limit's colour, or the band beyond it.
+TEST_F(TrendDisplayTest, LimitChannels) {
+    struct Case {
+        bool upper, filled;
+    };
+    for (const Case& c :
+         {Case{true, false}, Case{true, true}, Case{false, false}, Case{false, true}}) {
+        SCOPED_TRACE(std::to_string(c.upper) + std::to_string(c.filled));
+        SetUp();
+        HideChannels();
+        TTrendLimit& l = c.upper ? *trend->LimitUpper() : *trend->LimitLower();
+        l.SetColor(clBlue);
+        l.SetFilled(c.filled);
+        trend->SetOptions(trend->Options() | TrendOpt(c.upper ? opCh7isUL : opCh8isLL));
+        for (int i = 0; i < 100; ++i)
+            trend->AddDigit(0, 0, 0, 0, 0, 0, 730, 270);
+        Paint();
+        const int ch = c.upper ? 7 : 8;
+        const int y = trend->DigitY(ch, c.upper ? 730 : 270);
+        EXPECT_EQ(CurvePixel(50, y), ToQRgb(clBlue));
+        // Beyond the limit: filled or not.
+        const int beyond = c.upper ? y / 2 : (y + trend->Baseline()) / 2 + 1;
+        EXPECT_EQ(CurvePixel(50, beyond) == ToQRgb(clBlue), c.filled) << beyond;
+    }
+}
+
+TEST_F(TrendDisplayTest, DisplayableRecordsBeforeTheFirstLayout) {
+    TKxTrend tiny;
+    tiny.SetBounds(0, 0, 4, 4);
+    EXPECT_EQ(tiny.DisplayableRecords(), 1);
+    TKxTrend wide;
+    wide.SetBounds(0, 0, 400, 100);
+    EXPECT_EQ(wide.DisplayableRecords(), 400 - 2 * wide.BevelOuter()->TotalWidth());
+    wide.PaintToSurface();
+    EXPECT_EQ(wide.DisplayableRecords(), wide.CurveBitmap().Width());
+    EXPECT_EQ(wide.CurveArea().Bottom, 100 - wide.BevelOuter()->TotalWidth());
+    EXPECT_EQ(wide.BevelOuter()->TotalWidth(), 4);  // spacing 2, width 1, one line
 }
 
 TEST_F(TrendDisplayTest, DigitsMapThroughZoomAndOffset) {
@@ -488,6 +577,17 @@ TEST_F(TrendDisplayTest, CursorIsIgnoredWhileFlowingWithoutTheOption) {
     EXPECT_FALSE(trend->CursorShown());
     trend->SetCursorLineAt(trend->CurveArea().Left + 20, trend->CurveArea().Top + 5);
     EXPECT_EQ(events, 1);
+}
+
+TEST_F(TrendDisplayTest, ARepaintKeepsTheCursorEvenInColumnZero) {
+    AddDigits(100);
+    Paint();
+    trend->SetCursorLineAt(trend->CurveArea().Left, trend->CurveArea().Top + 5);
+    ASSERT_TRUE(trend->CursorShown());
+    trend->Invalidate();
+    trend->PaintToSurface();
+    EXPECT_TRUE(trend->CursorShown());
+    EXPECT_EQ(SurfacePixel(0, 5), qRgb(255, 255, 255));
 }
 
 TEST_F(TrendDisplayTest, ATickRedrawsTheCursorLine) {
