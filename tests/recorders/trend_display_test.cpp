@@ -151,6 +151,37 @@ TEST_F(TrendDisplayTest, CaptionAndScaleLabelsStandOnTheirLines) {
     EXPECT_EQ(labels.back(), QStringLiteral("100.0"));
 }
 
+// Scale labels tell the value at their grid line, also with the curves moved or zoomed.
+TEST_F(TrendDisplayTest, ScaleLabelsFollowOffsetAndZoom) {
+    Paint();
+    struct Case {
+        int offset;
+        float zoom;
+    };
+    for (const Case& c : {Case{0, 1.0f}, Case{20, 1.0f}, Case{-20, 1.0f}, Case{0, 2.0f}}) {
+        SCOPED_TRACE(c.offset);
+        trend->SetYDefault();
+        trend->MoveY(c.offset);
+        trend->SetZoomY(c.zoom);
+        TRecordingCanvas rec(&trend->SurfaceImage());
+        trend->SetCanvas(&rec);
+        trend->PaintToSurface();
+        trend->SetCanvas(nullptr);
+        QStringList labels;
+        for (const TCanvasCall& call : rec.CallsOf(QStringLiteral("TextOut")))
+            labels << call.Text;
+        // Grid line 0 (the baseline) stands for digit offset * zoom / (b / 1000).
+        const double digit0 = c.offset * c.zoom * 1000.0 / trend->Baseline();
+        EXPECT_TRUE(labels.contains(trend->ScaleLabelText(1, digit0)))
+            << labels.join(' ').toStdString();
+        EXPECT_TRUE(labels.contains(trend->ScaleLabelText(1, digit0 + 1000.0 * c.zoom)));
+    }
+    // A one-digit channel spans the whole height.
+    trend->Channel2()->SetDigitalTo(1);
+    EXPECT_DOUBLE_EQ(trend->PixelFactor(2), trend->Baseline());
+    trend->Channel2()->SetDigitalTo(0);
+}
+
 TEST_F(TrendDisplayTest, GridLinesStandOnEveryDivision) {
     HideChannels();
     trend->SetColorGrid(clRed);
@@ -472,7 +503,8 @@ TEST_F(TrendDisplayTest, CursorLineNeverEntersTheCurveBitmap) {
     EXPECT_EQ(trend->CurveBitmap().Image(), before);
     // Not-mask: NOT (lime AND black) is white.
     EXPECT_EQ(SurfacePixel(33, 5), qRgb(255, 255, 255));
-    EXPECT_EQ(SurfacePixel(34, 5), CurvePixel(34, 5));
+    EXPECT_EQ(SurfacePixel(34, 5), CurvePixel(34, 5));  // one pixel wide
+    EXPECT_EQ(SurfacePixel(32, 5), CurvePixel(32, 5));
     // The line stops above the time labels.
     const int h = trend->CurveBitmap().Height();
     EXPECT_EQ(SurfacePixel(33, h - trend->LabelHeight() - 3), qRgb(255, 255, 255));
