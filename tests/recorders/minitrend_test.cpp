@@ -13,6 +13,7 @@
 #include "common/ratio.h"
 #include "common/test_env.h"
 #include "kx/blink/flashtimer.h"
+#include "kx/drawing/text.h"
 #include "kx/host/recordingcanvas.h"
 #include "kx/recorders/minitrend.h"
 
@@ -59,7 +60,20 @@ TEST_F(MiniTrend, SettersKeepTheirRanges) {
     EXPECT_EQ(m_->Color(), clBlack);
     EXPECT_FALSE(m_->ShowLastValue());
     EXPECT_EQ(m_->CurveArea(), (TRect{1, 1, 51, 21}));
+    EXPECT_EQ(m_->ValueArea(), TRect{});
     EXPECT_EQ(m_->Baseline(), 19);
+    EXPECT_EQ(m_->BevelOuter()->Style(), TKxSBevel::bsLowered);
+    EXPECT_EQ(m_->BevelOuter()->BevelLine(), TKxSBevel::blNone);
+    EXPECT_EQ(m_->BevelOuter()->Spacing(), 0);
+    EXPECT_EQ(m_->Font()->Name(), QStringLiteral("Arial"));
+    EXPECT_EQ(m_->Font()->Size(), 8);
+    const TColor colors[] = {clLime, clYellow, clAqua, clFuchsia};
+    for (int ch = 1; ch <= 4; ++ch)
+        EXPECT_EQ(m_->Channel(ch)->Color(), colors[ch - 1]) << ch;
+    // No settings object: ignored.
+    m_->SetFont(nullptr);
+    m_->SetBevelOuter(nullptr);
+    m_->SetChannel(1, nullptr);
 
     m_->SetInterval(99);
     m_->SetMaxRecords(9);
@@ -217,8 +231,6 @@ TEST_F(MiniTrend, TheStoreDropsItsOldestRecords) {
     EXPECT_EQ(m_->Records()[9].Ch[0], 200);
     m_->ClearRecords();
     EXPECT_EQ(m_->RecordCount(), 0);
-    m_->PaintToSurface();
-    EXPECT_EQ(at(0, 19), clBlack);
 }
 
 TEST_F(MiniTrend, RecordsStandInTheirColumnsAtTheirDigits) {
@@ -228,6 +240,11 @@ TEST_F(MiniTrend, RecordsStandInTheirColumnsAtTheirDigits) {
         float value;
         int32_t row;  // 19 - Round(digit * 19 / 1000), pinned to 0..19
     } points[] = {{50.0f, 9}, {0.0f, 19}, {100.0f, 0}, {150.0f, 0}, {-10.0f, 19}, {10.0f, 17}};
+    // A lone first record is a point.
+    m_->AddValue(50.0f);
+    EXPECT_EQ(at(0, 9), clLime);
+    m_->ClearRecords();
+    m_->PaintToSurface();
     // A flat run of three records per value, so that each middle column holds one point.
     int32_t column = 0;
     for (const auto& p : points)
@@ -357,10 +374,12 @@ TEST_F(MiniTrend, FlowingGivesThePixelsOfAFullDrawing) {
 }
 
 TEST_F(MiniTrend, ASettingChangeRepaints) {
-    // Two points (channel 1 at row 4, channel 2 at row 15) checked against the change that
-    // must reach them at the next paint; a setter that forgets to repaint leaves them.
+    // One pixel per change that the next paint must reach (channel 1 stands at row 4,
+    // channel 2 at row 15); a setter that forgets to repaint leaves it as it was.
     TChSettings red;
     red.SetColor(clRed);
+    TKxSBevel none;
+    none.SetWidth(0);
     const struct {
         const char* name;
         std::function<void(TKxMiniTrend&)> change;
@@ -377,6 +396,7 @@ TEST_F(MiniTrend, ASettingChangeRepaints) {
         {"pen width", [](TKxMiniTrend& t) { t.Channel1()->SetPenWidth(3); }, 2, 3, clLime},
         {"fewer records kept", [](TKxMiniTrend& t) { t.SetMaxRecords(10); }, 11, 4, clBlack},
         {"bevel taken away", [](TKxMiniTrend& t) { t.BevelOuter()->SetWidth(0); }, -1, -1, clBlack},
+        {"bevel assigned", [&](TKxMiniTrend& t) { t.SetBevelOuter(&none); }, -1, -1, clBlack},
     };
     for (const auto& c : cases) {
         SetUp();
@@ -446,48 +466,127 @@ TEST_F(MiniTrend, PenWidthsOutside1To32DrawOnePixelWide) {
     }
 }
 
-TEST_F(MiniTrend, TheValueStripShowsTheNewestValueWhenThereIsRoom) {
+TEST_F(MiniTrend, TheValueStripIsAsWideAsTheWidestRangeEndOfTheDrawnChannels) {
     const struct {
         const char* name;
-        int32_t width, height;
-        bool strip;
+        int32_t channels;
+        float from1, to1;
+        const char* format1;
+        float to2;
+        int fontSize;
+        const char* widest;
     } cases[] = {
-        {"room", 120, 30, true},
-        {"too narrow for half the width", 30, 30, false},
-        {"too low for a line", 120, 6, false},
+        {"default range", 1, 0.0f, 100.0f, "", 100.0f, 8, "100"},
+        {"wide top", 1, 0.0f, 12345.0f, "", 100.0f, 8, "12345"},
+        {"negative bottom", 1, -250.0f, 100.0f, "", 100.0f, 8, "-250"},
+        {"channel format", 1, 0.0f, 100.0f, "0.00", 100.0f, 8, "100.00"},
+        {"second channel wider", 2, 0.0f, 100.0f, "", 99999.0f, 8, "99999.0"},
+        {"a channel not drawn does not count", 1, 0.0f, 100.0f, "", 99999.0f, 8, "100"},
+        {"font assigned", 1, 0.0f, 100.0f, "", 100.0f, 14, "100"},
     };
     for (const auto& c : cases) {
         TKxMiniTrend t(&form_);
-        t.SetBounds(0, 0, c.width, c.height);
-        t.SetStartRecording(false);
+        t.SetBounds(0, 0, 200, 40);
         t.SetShowLastValue(true);
-        t.Loaded();
+        t.SetChannelCount(c.channels);
+        t.Channel1()->SetValueTo(c.to1);
+        t.Channel1()->SetValueFrom(c.from1);
+        t.Channel1()->SetValueFormat(c.format1);
+        t.Channel2()->SetValueTo(c.to2);
+        TFont font;
+        font.SetName(QStringLiteral("Arial"));
+        font.SetSize(c.fontSize);
+        t.SetFont(&font);
         t.PaintToSurface();
+        t.Canvas().SetFont(font);
         const TRect v = t.ValueArea();
-        EXPECT_EQ(v.Right > v.Left, c.strip) << c.name;
-        if (!c.strip) {
-            EXPECT_EQ(t.CurveArea().Right, c.width - 1) << c.name;
-            continue;
-        }
-        EXPECT_EQ(t.CurveArea().Right, v.Left) << c.name;
-        EXPECT_EQ(v.Right, c.width - 1) << c.name;
-        auto inkIn = [&](const TRect& r) {
-            int n = 0;
-            for (int32_t y = r.Top; y < r.Bottom; ++y)
-                for (int32_t x = r.Left; x < r.Right; ++x)
-                    n += t.Surface().Pixel(x, y) != clBlack;
-            return n;
-        };
-        auto strip = [&] {
-            return t.Surface().Image().copy(
-                QRect(v.Left, v.Top, v.Right - v.Left, v.Bottom - v.Top));
-        };
-        EXPECT_EQ(inkIn(v), 0) << c.name << ": no record, no text";
-        t.AddValue(12.0f);
-        const QImage first = strip();
-        EXPECT_GT(inkIn(v), 5) << c.name;
-        t.AddValue(88.0f);
-        EXPECT_NE(strip(), first) << c.name;
+        EXPECT_EQ(v, (TRect{199 - t.Canvas().TextWidth(c.widest) - 4, 1, 199, 39})) << c.name;
+        EXPECT_EQ(t.CurveArea(), (TRect{1, 1, v.Left, 39})) << c.name;
+    }
+}
+
+TEST_F(MiniTrend, TheValueStripNeedsHalfTheWidthAndOneLine) {
+    m_->Canvas().SetFont(*m_->Font());
+    const int32_t stripW = m_->Canvas().TextWidth(QStringLiteral("100.0")) + 4;
+    const int32_t lineH = m_->Canvas().TextHeight(QStringLiteral("0"));
+    const struct {
+        const char* name;
+        int32_t innerW, innerH;
+        bool shown;
+    } cases[] = {
+        {"half the width and one line", 2 * stripW, lineH, true},
+        {"less than half the width left", 2 * stripW - 2, lineH, false},
+        {"a row short of a line", 2 * stripW, lineH - 1, false},
+    };
+    for (const auto& c : cases) {
+        TKxMiniTrend t(&form_);
+        t.SetBounds(0, 0, c.innerW + 2, c.innerH + 2);
+        t.SetShowLastValue(true);
+        t.PaintToSurface();
+        const TRect strip{1 + c.innerW - stripW, 1, 1 + c.innerW, 1 + c.innerH};
+        EXPECT_EQ(t.ValueArea(), c.shown ? strip : TRect{}) << c.name;
+        EXPECT_EQ(t.CurveArea().Right, c.shown ? strip.Left : 1 + c.innerW) << c.name;
+    }
+}
+
+// The strip as the newest record should show it: the background, then one line per
+// visible drawn channel, in its colour, right-aligned 2 pixels inside the strip's edge.
+struct StripLine {
+    QString text;
+    TColor color;
+};
+int stripMismatches(TKxMiniTrend& t, const std::vector<StripLine>& lines) {
+    const TRect v = t.ValueArea();
+    TBitmap expected(v.Right - v.Left, v.Bottom - v.Top);
+    TCanvas& c = expected.Canvas();
+    c.Brush().SetColor(t.Color());
+    c.FillRect(TRect{0, 0, expected.Width(), expected.Height()});
+    c.SetFont(*t.Font());
+    c.Brush().SetStyle(bsClear);
+    const int32_t lineH = c.TextHeight(QStringLiteral("0"));
+    for (size_t i = 0; i < lines.size(); ++i) {
+        c.Font().SetColor(lines[i].color);
+        KxTextOut(c, expected.Width() - 2, int32_t(i) * lineH, lines[i].text, toTopRight);
+    }
+    int mismatches = 0;
+    for (int32_t y = 0; y < expected.Height(); ++y)
+        for (int32_t x = 0; x < expected.Width(); ++x)
+            mismatches += t.Surface().Pixel(v.Left + x, v.Top + y) != expected.Pixel(x, y);
+    return mismatches;
+}
+
+TEST_F(MiniTrend, TheValueStripShowsTheNewestRecordOneLinePerVisibleChannel) {
+    m_->Canvas().SetFont(*m_->Font());
+    const int32_t lineH = m_->Canvas().TextHeight(QStringLiteral("0"));
+    const struct {
+        const char* name;
+        int32_t channels;
+        bool visible1;
+        const char* format1;
+        std::vector<StripLine> lines;
+    } cases[] = {
+        {"one channel", 1, true, "", {{"12", clLime}}},
+        {"two lines fill the height", 2, true, "", {{"12", clLime}, {"88.0", clYellow}}},
+        {"lines below the height left out", 4, true, "", {{"12", clLime}, {"88.0", clYellow}}},
+        {"hidden channel skipped", 3, false, "", {{"88.0", clYellow}, {"45.5", clAqua}}},
+        {"channel format", 1, true, "0.00", {{"12.00", clLime}}},
+    };
+    for (const auto& c : cases) {
+        TKxMiniTrend t(&form_);
+        t.SetBounds(0, 0, 200, 2 * lineH + 2);
+        t.SetStartRecording(false);
+        t.SetChannelCount(c.channels);
+        t.Channel1()->SetVisible(c.visible1);
+        t.Channel1()->SetValueFormat(c.format1);
+        t.PaintToSurface();
+        t.SetShowLastValue(true);
+        t.PaintToSurface();
+        ASSERT_GT(t.ValueArea().Right, t.ValueArea().Left) << c.name;
+        EXPECT_EQ(stripMismatches(t, {}), 0) << c.name << ": no record, no text";
+        // A tick updates the strip without a full paint.
+        t.AddValue(3.0f, 4.0f, 5.0f, 6.0f);
+        t.AddValue(12.0f, 88.0f, 45.5f, 7.0f);
+        EXPECT_EQ(stripMismatches(t, c.lines), 0) << c.name;
     }
 }
 
