@@ -292,21 +292,28 @@ TEST_F(PrintTrend, TextsTakeTheirRows) {
                               TrendOpt(opRightScale) | TrendOpt(opCaption));
     const struct {
         const char* name;
-        QString title;
+        QString title, caption;
         TTrendOptions options;
         bool lower, higher, narrower;  // than the bare chart: top lower, bottom higher
     } cases[] = {
-        {"a title", QStringLiteral("Boiler"), 0, true, false, false},
-        {"time labels", QString(), TrendOpt(opTime), false, true, false},
-        {"date and time", QString(), TrendOpt(opTime) | TrendOpt(opDate), false, true, false},
+        {"a title", QStringLiteral("Boiler"), QString(), 0, true, false, false},
+        {"a caption", QString(), QStringLiteral("Boiler"), TrendOpt(opCaption), true, false, false},
+        {"the caption option without a caption", QString(), QString(), TrendOpt(opCaption), false,
+         false, false},
+        {"time labels", QString(), QString(), TrendOpt(opTime), false, true, false},
+        {"date labels", QString(), QString(), TrendOpt(opDate), false, true, false},
+        {"date and time", QString(), QString(), TrendOpt(opTime) | TrendOpt(opDate), false, true,
+         false},
         // The outer labels centre on the outer grid lines: half a label more above and below.
-        {"scales", QString(), TrendOpt(opLeftScale) | TrendOpt(opRightScale), true, true, true},
+        {"scales", QString(), QString(), TrendOpt(opLeftScale) | TrendOpt(opRightScale), true, true,
+         true},
     };
     trend_->SetOptions(base);
     png();
     const QRect plain = area_;
     for (const auto& c : cases) {
         printer_.SetTitle(c.title);
+        trend_->SetCaption(c.caption);
         trend_->SetOptions(base | c.options);
         png();
         EXPECT_EQ(area_.top() > plain.top(), c.lower) << c.name;
@@ -320,6 +327,39 @@ TEST_F(PrintTrend, TextsTakeTheirRows) {
     trend_->SetOptions(base | TrendOpt(opTime) | TrendOpt(opDate));
     png();
     EXPECT_LT(area_.bottom(), oneRow);
+}
+
+// Channel 8 is a curve in its own colour unless it is the lower limit; an enabled limit
+// stands on the right scale's channel, channel 1 when there is none.
+TEST_F(PrintTrend, LimitsDrawOnTheirChannels) {
+    const QRgb silver = qRgb(192, 192, 192), blue = qRgb(0, 0, 255), red = qRgb(255, 0, 0);
+    trend_->Channel1()->SetVisible(false);
+    trend_->Channel2()->SetVisible(false);
+    trend_->Channel(8)->SetVisible(true);
+    trend_->Channel(8)->SetColor(clSilver);
+    trend_->LimitLower()->SetColor(clBlue);
+    for (int i = 0; i < 10; ++i)
+        ASSERT_TRUE(trend_->AddValue(0, 0, 0, 0, 0, 0, 0, 50));
+    QImage image = png();
+    const int mid = area_.center().x();
+    EXPECT_FALSE(rowsOf(image, mid, silver).empty());
+    EXPECT_TRUE(rowsOf(image, mid, blue).empty());
+    trend_->SetOptions(trend_->Options() | TrendOpt(opCh8isLL));
+    image = png(QSize(800, 600), false);
+    EXPECT_TRUE(rowsOf(image, mid, silver).empty());
+    EXPECT_FALSE(rowsOf(image, mid, blue).empty());
+
+    trend_->SetOptions(trend_->Options() & ~TrendOpt(opCh8isLL));
+    trend_->Channel(8)->SetVisible(false);
+    trend_->Channel2()->SetValueTo(1000.0f);
+    trend_->SetAbsScaleCh(0);
+    trend_->LimitUpper()->SetColor(clRed);
+    trend_->LimitUpper()->SetValue(50.0f);
+    trend_->LimitUpper()->SetEnabled(true);
+    image = png();
+    const std::vector<int> line = rowsOf(image, mid, red);
+    ASSERT_FALSE(line.empty());
+    EXPECT_THAT(line.front(), Near(rowAt(0.5), 3));
 }
 
 TEST_F(PrintTrend, StaysHiddenAtRunTimeAndShowsAGlyphInTheDesigner) {
