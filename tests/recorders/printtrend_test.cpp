@@ -320,6 +320,14 @@ TEST_F(PrintTrend, TextsTakeTheirRows) {
         EXPECT_EQ(area_.bottom() < plain.bottom(), c.higher) << c.name;
         EXPECT_EQ(area_.width() < plain.width(), c.narrower) << c.name;
     }
+    // Date labels alone are written under the chart.
+    trend_->SetOptions(base | TrendOpt(opDate));
+    const QImage dated = png();
+    int ink = 0;
+    for (int y = area_.bottom() + 2; y < dated.height(); ++y)
+        for (int x = area_.left(); x <= area_.right(); ++x)
+            ink += dated.pixel(x, y) != qRgb(255, 255, 255);
+    EXPECT_GT(ink, 20);
     // Two label rows take more than one.
     trend_->SetOptions(base | TrendOpt(opTime));
     png();
@@ -381,6 +389,11 @@ TEST_F(PrintTrend, StaysHiddenAtRunTimeAndShowsAGlyphInTheDesigner) {
     run.Loaded();
     run.PaintToSurface();
     EXPECT_EQ(qAlpha(run.Surface().Image().pixel(14, 14)), 0);
+    // Too narrow for the glyph: nothing.
+    design.SetBounds(0, 0, 6, 40);
+    design.PaintToSurface();
+    for (int y = 0; y < design.Surface().Image().height(); ++y)
+        EXPECT_EQ(qAlpha(design.Surface().Image().pixel(2, y)), 0) << y;
 }
 
 }  // namespace
