@@ -370,6 +370,39 @@ TEST_F(PrintTrend, LimitsDrawOnTheirChannels) {
     EXPECT_THAT(line.front(), Near(rowAt(0.5), 3));
 }
 
+// The time span above the chart names one time for one record and a range for more; the
+// outer time labels stay within the chart's width.
+TEST_F(PrintTrend, SpanAndOuterLabels) {
+    trend_->SetOptions((trend_->Options() | TrendOpt(opTime)) &
+                       ~(TrendOpt(opLeftScale) | TrendOpt(opRightScale) | TrendOpt(opCaption)));
+    // Columns with ink in rows y0..y1, as the extent [first, last].
+    auto inkSpan = [](const QImage& img, int y0, int y1) {
+        int first = img.width(), last = -1;
+        for (int y = std::max(y0, 0); y <= std::min(y1, img.height() - 1); ++y)
+            for (int x = 0; x < img.width(); ++x)
+                if (img.pixel(x, y) != qRgb(255, 255, 255)) {
+                    first = std::min(first, x);
+                    last = std::max(last, x);
+                }
+        return std::make_pair(first, last);
+    };
+    ASSERT_TRUE(trend_->AddValue(50, 50, 0, 0, 0, 0, 0, 0));
+    QImage image = png();
+    const auto one = inkSpan(image, 0, area_.top() - 2);
+    test::FakeClock().Advance(1000);
+    ASSERT_TRUE(trend_->AddValue(50, 50, 0, 0, 0, 0, 0, 0));
+    image = png();
+    const auto two = inkSpan(image, 0, area_.top() - 2);
+    ASSERT_GT(one.second, one.first);
+    EXPECT_GT(two.second - two.first, 3 * (one.second - one.first) / 2);
+    // Two records, two labels: the first starts at the chart's left edge, the last ends at
+    // its right edge.
+    const auto labels = inkSpan(image, area_.bottom() + 2, image.height() - 1);
+    EXPECT_GE(labels.first, area_.left() - 1);
+    EXPECT_LE(labels.second, area_.right() + 1);
+    EXPECT_GT(labels.second, area_.right() - 30);
+}
+
 TEST_F(PrintTrend, StaysHiddenAtRunTimeAndShowsAGlyphInTheDesigner) {
     TKxPrintTrend run(&form_);
     run.show();
