@@ -17,13 +17,6 @@ namespace {
 
 using namespace kx;
 
-QLabel* hint(const QString& text) {
-    auto* label = new QLabel(text);
-    label->setObjectName(QStringLiteral("hintText"));
-    label->setWordWrap(true);
-    return label;
-}
-
 QGroupBox* section(const QString& title, QLayout* layout) {
     auto* box = new QGroupBox(title);
     box->setLayout(layout);
@@ -41,8 +34,8 @@ MiscPage::MiscPage(double startTime, QWidget* parent)
     grid->addWidget(notationsBox(), 0, 0);
     grid->addWidget(limitBox(), 0, 1);
     grid->addWidget(countBox(), 1, 0);
-    grid->addWidget(hint(QStringLiteral("Clocks, operating-hour counters, labels, bevels, "
-                                        "panels and gradients will join them here.")),
+    grid->addWidget(HintLabel(QStringLiteral("Clocks, operating-hour counters, labels, bevels, "
+                                             "panels and gradients will join them here.")),
                     1, 1, Qt::AlignTop);
     grid->setRowStretch(2, 1);
     grid->setColumnStretch(2, 1);
@@ -76,7 +69,7 @@ QWidget* MiscPage::notationsBox() {
         });
     for (TKxNumEdit* e : edits_)  // still loading: they do not tell each other yet
         e->SetValue(1500.0);
-    form->addRow(hint(QStringLiteral(
+    form->addRow(HintLabel(QStringLiteral(
         "Type 1.5k, 3m, -12.75E-3, $ff, &101 or %42 in any of them: Enter or Tab accepts, "
         "Esc undoes, the arrow keys step. A mistake turns red and is selected.")));
     return section(QStringLiteral("One value in four notations"), form);
@@ -104,8 +97,8 @@ QWidget* MiscPage::limitBox() {
     column->addWidget(new QLabel(QStringLiteral("High limit (%)")));
     column->addWidget(limit_);
     column->addWidget(
-        hint(QStringLiteral("10 to 95 in steps of 5: the buttons stop at the "
-                            "limits and while an entry waits.")));
+        HintLabel(QStringLiteral("10 to 95 in steps of 5: the buttons stop at the "
+                                 "limits and while an entry waits.")));
     column->addStretch(1);
     row->addLayout(column);
     row->addWidget(tank_, 0, Qt::AlignTop);
@@ -131,8 +124,8 @@ QWidget* MiscPage::countBox() {
     row->addWidget(spin_);
     row->addSpacing(16);
     row->addWidget(repeat_);
-    row->addWidget(hint(QStringLiteral("Hold a button: it repeats after half a second, ten "
-                                       "times a second. The right one adds 10.")),
+    row->addWidget(HintLabel(QStringLiteral("Hold a button: it repeats after half a second, ten "
+                                            "times a second. The right one adds 10.")),
                    1);
     return section(QStringLiteral("Spin button and repeating speed button"), row);
 }

@@ -1,9 +1,17 @@
 #include "pages.h"
 
+#include <QLabel>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace kxgallery {
+
+QLabel* HintLabel(const QString& text) {
+    auto* label = new QLabel(text);
+    label->setObjectName(QStringLiteral("hintText"));
+    label->setWordWrap(true);
+    return label;
+}
 
 const QStringList& PalettePageNames() {
     static const QStringList names = {QStringLiteral("KxMisc"), QStringLiteral("KxAnalogInd"),

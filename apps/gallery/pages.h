@@ -7,7 +7,12 @@
 #include <QStringList>
 #include <QWidget>
 
+class QLabel;
+
 namespace kxgallery {
+
+// A wrapped explanatory text in the gallery's quiet hint style.
+QLabel* HintLabel(const QString& text);
 
 // "KxMisc", "KxAnalogInd", "KxAnalogAdj", "KxBinary".
 const QStringList& PalettePageNames();

@@ -58,13 +58,6 @@ const std::array<ChannelPreset, 8>& presets() {
     return p;
 }
 
-QLabel* hint(const QString& text) {
-    auto* label = new QLabel(text);
-    label->setObjectName(QStringLiteral("hintText"));
-    label->setWordWrap(true);
-    return label;
-}
-
 }  // namespace
 
 RecorderPage::RecorderPage(double startTime, QWidget* parent)
@@ -112,7 +105,7 @@ QWidget* RecorderPage::trendBox(double startTime) {
     auto* box = new QGroupBox(QStringLiteral("TKxTrend: eight channels, 4 records a second"));
     auto* layout = new QVBoxLayout(box);
     layout->addWidget(trend_);
-    layout->addWidget(hint(QStringLiteral(
+    layout->addWidget(HintLabel(QStringLiteral(
         "Stop the flow and move the mouse over the curves to read the values of a past "
         "moment; the white lines are separators left by restarts.")));
     return box;
