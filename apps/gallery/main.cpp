@@ -2,11 +2,13 @@
 // per palette page, driven by a simulated plant; with --screenshot DIR, or when there is
 // no display, renders the pages to PNG files instead and exits.
 #include <QApplication>
+#include <QDir>
 #include <QStyleFactory>
 #include <QTextStream>
 #include <cstdio>
 
 #include "gallerywindow.h"
+#include "pages.h"
 #include "runoptions.h"
 #include "screenshots.h"
 
@@ -48,6 +50,8 @@ int main(int argc, char** argv) {
         return 2;
     }
 
+    SetGalleryOutputDir(options.screenshots ? options.outDir : QStringLiteral("out"));
+    QDir().mkpath(GalleryOutputDir());
     if (options.screenshots) {
         // A fixed style keeps the pictures the same on every machine.
         QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));

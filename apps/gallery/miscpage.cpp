@@ -5,12 +5,15 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 #include <cmath>
 
 #include "kx/entry/numspin.h"
 #include "kx/framework/spinbutton.h"
 #include "kx/indicators/rmeter.h"
+#include "kx/recorders/kxclock.h"
+#include "kx/recorders/ophourcounter.h"
 
 namespace kxgallery {
 namespace {
@@ -34,10 +37,11 @@ MiscPage::MiscPage(double startTime, QWidget* parent)
     grid->addWidget(notationsBox(), 0, 0);
     grid->addWidget(limitBox(), 0, 1);
     grid->addWidget(countBox(), 1, 0);
-    grid->addWidget(HintLabel(QStringLiteral("Clocks, operating-hour counters, labels, bevels, "
-                                             "panels and gradients will join them here.")),
-                    1, 1, Qt::AlignTop);
-    grid->setRowStretch(2, 1);
+    grid->addWidget(hoursBox(), 1, 1);
+    grid->addWidget(HintLabel(QStringLiteral("Labels, bevels, panels and gradients will join "
+                                             "them here.")),
+                    2, 0, Qt::AlignTop);
+    grid->setRowStretch(3, 1);
     grid->setColumnStretch(2, 1);
     SetScrollContent(content);
 }
@@ -128,6 +132,102 @@ QWidget* MiscPage::countBox() {
                                             "times a second. The right one adds 10.")),
                    1);
     return section(QStringLiteral("Spin button and repeating speed button"), row);
+}
+
+namespace {
+
+// A counter persisted in kxgallery.ini, section `section`, starting at h:m:s when the
+// file does not know it yet.
+TKxOpHourCounter* persistentCounter(const QString& section, int h, int m, int s) {
+    auto* c = new TKxOpHourCounter;
+    TIniSettings& ini = *c->IniSettings();
+    ini.SetUseAppDir(false);
+    ini.SetFileName(GalleryOutputDir() + QStringLiteral("/kxgallery.ini"));
+    ini.SetSection(section);
+    ini.SetAutoLoadSave(true);
+    c->SetSaveInterval(10);
+    c->Font()->SetSize(10);
+    c->Limit()->SetHour(1000000);  // no limit unless the page sets one
+    const bool known = TIniFile(ini.Path()).SectionExists(section);
+    c->Loaded();  // loads the persisted count
+    if (!known) c->SetTime(h, m, s);
+    return c;
+}
+
+QLabel* statusLabel() {
+    auto* l = new QLabel;
+    l->setMinimumWidth(130);
+    return l;
+}
+
+void showStatus(QLabel* label, const QString& text, bool on) {
+    label->setText(on ? text : QString());
+    label->setStyleSheet(on ? QStringLiteral("color: #b00000; font-weight: bold;") : QString());
+}
+
+}  // namespace
+
+QWidget* MiscPage::hoursBox() {
+    auto* grid = new QGridLayout;
+    runHours_ = persistentCounter(QStringLiteral("PumpP1"), 1999, 59, 45);
+    serviceLabel_ = statusLabel();
+    // The pump is serviced every 2000 hours: a limit of 2000:00:00 is met from then on.
+    connect(runHours_, &TKxOpHourCounter::OnLimit, this,
+            [this] { showStatus(serviceLabel_, QStringLiteral("Service due"), true); });
+    runHours_->Limit()->SetValue(2000, 0, 0);
+    runHours_->CheckTime();
+    runHours_->SetCount(true);
+
+    filter_ = persistentCounter(QStringLiteral("FilterF1"), 0, 0, 40);
+    filter_->SetHourDigits(2);
+    filter_->SetCountDown(true);
+    filterLabel_ = statusLabel();
+    connect(filter_, &TKxOpHourCounter::OnZero, this,
+            [this] { showStatus(filterLabel_, QStringLiteral("Filter change due"), true); });
+    filter_->SetCount(true);
+    if (filter_->ZeroFlag() || (filter_->Hours() | filter_->Minutes() | filter_->Seconds()) == 0)
+        showStatus(filterLabel_, QStringLiteral("Filter change due"), true);
+    auto* reset = new QPushButton(QStringLiteral("Filter changed"));
+    connect(reset, &QPushButton::clicked, this, &MiscPage::restartFilter);
+
+    clock_ = new TKxClock;
+    dateClock_ = new TKxClock;
+    dateClock_->SetClockOption(TKxClock::coDate);
+    dateClock_->resize(90, 24);
+    for (TKxClock* c : {clock_, dateClock_}) {
+        c->setFixedSize(c->size());
+        c->Loaded();
+    }
+    for (TKxOpHourCounter* c : {runHours_, filter_})
+        c->setFixedSize(c->size());
+
+    grid->addWidget(new QLabel(QStringLiteral("Pump P1 running")), 0, 0);
+    grid->addWidget(runHours_, 0, 1);
+    grid->addWidget(serviceLabel_, 0, 2);
+    grid->addWidget(new QLabel(QStringLiteral("Filter F1 change in")), 1, 0);
+    grid->addWidget(filter_, 1, 1);
+    grid->addWidget(filterLabel_, 1, 2);
+    grid->addWidget(reset, 2, 1);
+    auto* clocks = new QHBoxLayout;
+    clocks->addWidget(clock_);
+    clocks->addWidget(dateClock_);
+    clocks->addStretch(1);
+    grid->addWidget(new QLabel(QStringLiteral("Time and date")), 3, 0);
+    grid->addLayout(clocks, 3, 1, 1, 2);
+    grid->addWidget(HintLabel(QStringLiteral("The counters keep their counts in kxgallery.ini "
+                                             "in the gallery's output folder, every ten "
+                                             "seconds and when the gallery closes: start it "
+                                             "again and they go on where they stopped.")),
+                    4, 0, 1, 3);
+    grid->setColumnStretch(2, 1);
+    return section(QStringLiteral("Operating hours and clocks"), grid);
+}
+
+void MiscPage::restartFilter() {
+    filter_->SetCount(false);
+    filter_->SetTime(0, 0, 40);
+    filter_->SetCount(true);
+    showStatus(filterLabel_, QString(), false);
 }
 
 void MiscPage::setCount(int count) {

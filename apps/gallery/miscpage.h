@@ -2,7 +2,10 @@
 // The "KxMisc" page: numeric entry. Four numeric edits, one per notation, show one value
 // (type 1.5k, $ff, &101 in any of them); a numeric spin sets the upper limit of a tank
 // meter whose level the plant moves; a spin button and a repeating speed button step a
-// count. The page's other components (clocks, counters, labels, bevels) come later.
+// count. Two operating-hour counters (one counting up towards a service limit, one
+// counting down to a filter change) keep their counts in kxgallery.ini in the gallery's
+// output folder; two clocks show the time and the date. Labels, bevels, panels and
+// gradients come later.
 #include <array>
 
 #include "pages.h"
@@ -11,7 +14,9 @@ class QLabel;
 
 namespace kx {
 class TKx180Meter;
+class TKxClock;
 class TKxNumEdit;
+class TKxOpHourCounter;
 class TKxNumSpin;
 class TKxSpinButton;
 class TKxTimerSpeedBtn;
@@ -31,6 +36,13 @@ class MiscPage : public GalleryPage {
     kx::TKxSpinButton* CountSpin() const { return spin_; }
     kx::TKxTimerSpeedBtn* CountButton() const { return repeat_; }
     int Count() const { return count_; }
+    kx::TKxOpHourCounter* RunHours() const { return runHours_; }
+    kx::TKxOpHourCounter* FilterCountdown() const { return filter_; }
+    kx::TKxClock* TimeClock() const { return clock_; }
+    kx::TKxClock* DateClock() const { return dateClock_; }
+    // "Service due" / "Filter change due" while the counters say so.
+    QLabel* ServiceLabel() const { return serviceLabel_; }
+    QLabel* FilterLabel() const { return filterLabel_; }
 
     void Step(double seconds) override;
 
@@ -38,6 +50,8 @@ class MiscPage : public GalleryPage {
     QWidget* notationsBox();
     QWidget* limitBox();
     QWidget* countBox();
+    QWidget* hoursBox();
+    void restartFilter();
     void setCount(int count);
 
     std::array<kx::TKxNumEdit*, 4> edits_{};
@@ -46,6 +60,12 @@ class MiscPage : public GalleryPage {
     kx::TKxSpinButton* spin_ = nullptr;
     kx::TKxTimerSpeedBtn* repeat_ = nullptr;
     QLabel* countLabel_ = nullptr;
+    kx::TKxOpHourCounter* runHours_ = nullptr;
+    kx::TKxOpHourCounter* filter_ = nullptr;
+    kx::TKxClock* clock_ = nullptr;
+    kx::TKxClock* dateClock_ = nullptr;
+    QLabel* serviceLabel_ = nullptr;
+    QLabel* filterLabel_ = nullptr;
     double time_;
     int count_ = 0;
 };

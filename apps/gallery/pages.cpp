@@ -13,6 +13,21 @@ QLabel* HintLabel(const QString& text) {
     return label;
 }
 
+namespace {
+QString& outputDir() {
+    static QString dir = QStringLiteral("out");
+    return dir;
+}
+}  // namespace
+
+const QString& GalleryOutputDir() {
+    return outputDir();
+}
+
+void SetGalleryOutputDir(const QString& dir) {
+    outputDir() = dir;
+}
+
 const QStringList& PalettePageNames() {
     static const QStringList names = {QStringLiteral("KxMisc"), QStringLiteral("KxAnalogInd"),
                                       QStringLiteral("KxAnalogAdj"), QStringLiteral("KxBinary")};

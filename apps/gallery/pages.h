@@ -14,6 +14,11 @@ namespace kxgallery {
 // A wrapped explanatory text in the gallery's quiet hint style.
 QLabel* HintLabel(const QString& text);
 
+// Where the gallery keeps what it writes (pictures, kxgallery.ini): the screenshot folder,
+// or "out" in the current directory for the window. Set before the pages are made.
+const QString& GalleryOutputDir();
+void SetGalleryOutputDir(const QString& dir);
+
 // "KxMisc", "KxAnalogInd", "KxAnalogAdj", "KxBinary".
 const QStringList& PalettePageNames();
 

@@ -25,7 +25,9 @@
 #include "kx/indicators/barinstrument.h"
 #include "kx/indicators/linearmeter.h"
 #include "kx/indicators/rmeter.h"
+#include "kx/recorders/kxclock.h"
 #include "kx/recorders/minitrend.h"
+#include "kx/recorders/ophourcounter.h"
 #include "kx/recorders/printtrend.h"
 #include "kx/recorders/trend.h"
 
@@ -74,8 +76,10 @@ struct TRow {
 
 // The palette, in order. See catalogue.h for how a new component takes its row.
 const TRow kRows[] = {
-    {kMisc, "TKxClock", "Clock showing the time of day", Absent},
-    {kMisc, "TKxOpHourCounter", "Operating-hour counter kept in an INI file", Absent},
+    {kMisc, "TKxClock", "Clock showing the time of day",
+     Component<TKxClock>("kx/recorders/kxclock.h")},
+    {kMisc, "TKxOpHourCounter", "Operating-hour counter kept in an INI file",
+     Component<TKxOpHourCounter>("kx/recorders/ophourcounter.h")},
     {kMisc, "TKxLabel", "Label with embossed, multi-line or rotated text", Absent},
     {kMisc, "TKxBevel", "Raised or lowered bevel frame", Absent},
     {kMisc, "TKxPanel", "Panel with bevels and a gradient surface", Absent},

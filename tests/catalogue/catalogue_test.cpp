@@ -32,20 +32,23 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
         all << e.Page + '/' + e.ClassName;
     EXPECT_EQ(
         all, (QStringList{
-                 "KxMisc/TKxTimerSpeedBtn",  "KxMisc/TKxSpinButton",    "KxMisc/TKxNumEdit",
-                 "KxMisc/TKxNumSpin",        "KxAnalogInd/TKxBar",      "KxAnalogInd/TKxVBar",
-                 "KxAnalogInd/TKxHBar",      "KxAnalogInd/TKxVMeter",   "KxAnalogInd/TKxHMeter",
-                 "KxAnalogInd/TKx120Meter",  "KxAnalogInd/TKx180Meter", "KxAnalogInd/TKx270Meter",
-                 "KxAnalogInd/TKxMiniTrend", "KxAnalogInd/TKxTrend",    "KxAnalogInd/TKxPrintTrend",
-                 "KxAnalogAdj/TKxDial",      "KxAnalogAdj/TKxGearDial", "KxAnalogAdj/TKxHSlider",
-                 "KxAnalogAdj/TKxVSlider",   "KxBinary/TKxLED",         "KxBinary/TKxColBitBtn",
-                 "KxBinary/TKxRockerSwitch", "KxBinary/TKxToggleSwitch"}));
+                 "KxMisc/TKxClock",         "KxMisc/TKxOpHourCounter",   "KxMisc/TKxTimerSpeedBtn",
+                 "KxMisc/TKxSpinButton",    "KxMisc/TKxNumEdit",         "KxMisc/TKxNumSpin",
+                 "KxAnalogInd/TKxBar",      "KxAnalogInd/TKxVBar",       "KxAnalogInd/TKxHBar",
+                 "KxAnalogInd/TKxVMeter",   "KxAnalogInd/TKxHMeter",     "KxAnalogInd/TKx120Meter",
+                 "KxAnalogInd/TKx180Meter", "KxAnalogInd/TKx270Meter",   "KxAnalogInd/TKxMiniTrend",
+                 "KxAnalogInd/TKxTrend",    "KxAnalogInd/TKxPrintTrend", "KxAnalogAdj/TKxDial",
+                 "KxAnalogAdj/TKxGearDial", "KxAnalogAdj/TKxHSlider",    "KxAnalogAdj/TKxVSlider",
+                 "KxBinary/TKxLED",         "KxBinary/TKxColBitBtn",     "KxBinary/TKxRockerSwitch",
+                 "KxBinary/TKxToggleSwitch"}));
 
     const struct {
         const char* page;
         QStringList classes;
     } pages[] = {
-        {"KxMisc", {"TKxTimerSpeedBtn", "TKxSpinButton", "TKxNumEdit", "TKxNumSpin"}},
+        {"KxMisc",
+         {"TKxClock", "TKxOpHourCounter", "TKxTimerSpeedBtn", "TKxSpinButton", "TKxNumEdit",
+          "TKxNumSpin"}},
         {"KxAnalogInd",
          {"TKxBar", "TKxVBar", "TKxHBar", "TKxVMeter", "TKxHMeter", "TKx120Meter", "TKx180Meter",
           "TKx270Meter", "TKxMiniTrend", "TKxTrend", "TKxPrintTrend"}},

@@ -18,6 +18,7 @@
 
 #include "common/test_env.h"
 #include "kx/blink/flashtimer.h"
+#include "kx/host/safefile.h"
 #include "kx/recorders/recordfile.h"
 #include "kx/recorders/trend.h"
 
@@ -90,7 +91,7 @@ void WriteRaw(const QString& path, const QByteArray& bytes) {
 
 class RecordFileTest : public ::testing::Test {
   protected:
-    void TearDown() override { SetRecordFileFaultHook(nullptr); }
+    void TearDown() override { SetFileFaultHook(nullptr); }
     QString Path(const QString& name) const { return dir_.filePath(name); }
     // Everything in the folder, hidden files included, so a left-over temporary shows.
     QStringList Entries() const {
@@ -143,26 +144,25 @@ TEST_F(RecordFileTest, RandomRecordsRoundTripByteForByte) {
 }
 
 TEST_F(RecordFileTest, ASuccessfulSaveGoesThroughItsStepsInOrder) {
-    std::vector<TRecordFileStep> steps;
-    SetRecordFileFaultHook([&](TRecordFileStep s) {
+    std::vector<TFileStep> steps;
+    SetFileFaultHook([&](TFileStep s) {
         steps.push_back(s);
         return 0;
     });
     const Recs recs = RandomRecords(3, 1);
     ASSERT_EQ(KxWriteRecordFile(Path("a.rec"), recs.data(), recs.size()), 0);
-    EXPECT_EQ(steps,
-              (std::vector<TRecordFileStep>{TRecordFileStep::Open, TRecordFileStep::Write,
-                                            TRecordFileStep::Flush, TRecordFileStep::Rename}));
+    EXPECT_EQ(steps, (std::vector<TFileStep>{TFileStep::Open, TFileStep::Write, TFileStep::Flush,
+                                             TFileStep::Rename}));
 }
 
 struct FaultCase {
-    TRecordFileStep step;
+    TFileStep step;
     int error;
 };
-const FaultCase kFaults[] = {{TRecordFileStep::Open, EACCES},
-                             {TRecordFileStep::Write, ENOSPC},
-                             {TRecordFileStep::Flush, EIO},
-                             {TRecordFileStep::Rename, EXDEV}};
+const FaultCase kFaults[] = {{TFileStep::Open, EACCES},
+                             {TFileStep::Write, ENOSPC},
+                             {TFileStep::Flush, EIO},
+                             {TFileStep::Rename, EXDEV}};
 
 TEST_F(RecordFileTest, AFailedSaveLeavesThePreviousFileAndNoTemporary) {
     const Recs old = RandomRecords(7, 2);
@@ -177,13 +177,13 @@ TEST_F(RecordFileTest, AFailedSaveLeavesThePreviousFileAndNoTemporary) {
             if (previous) {
                 ASSERT_EQ(KxWriteRecordFile(name, old.data(), old.size()), 0);
             }
-            std::vector<TRecordFileStep> steps;
-            SetRecordFileFaultHook([&](TRecordFileStep s) {
+            std::vector<TFileStep> steps;
+            SetFileFaultHook([&](TFileStep s) {
                 steps.push_back(s);
                 return s == f.step ? f.error : 0;
             });
             EXPECT_EQ(trend.SaveToFile(name), f.error);
-            SetRecordFileFaultHook(nullptr);
+            SetFileFaultHook(nullptr);
             // Nothing after the failing step is attempted.
             ASSERT_FALSE(steps.empty());
             EXPECT_EQ(steps.back(), f.step);
@@ -206,10 +206,10 @@ TEST_F(RecordFileTest, AFailedAppendLeavesTheEarlierRecords) {
         SCOPED_TRACE(int(f.step));
         const QString name = Path("log.rec");
         ASSERT_EQ(KxWriteRecordFile(name, old.data(), old.size()), 0);
-        SetRecordFileFaultHook([&](TRecordFileStep s) { return s == f.step ? f.error : 0; });
+        SetFileFaultHook([&](TFileStep s) { return s == f.step ? f.error : 0; });
         const int result = KxAppendRecordFile(name, more.data(), more.size());
-        SetRecordFileFaultHook(nullptr);
-        if (f.step == TRecordFileStep::Rename) {
+        SetFileFaultHook(nullptr);
+        if (f.step == TFileStep::Rename) {
             // An append renames nothing.
             EXPECT_EQ(result, 0);
             EXPECT_EQ(ReadAll(name), Bytes(old) + Bytes(more));
@@ -249,7 +249,7 @@ TEST_F(RecordFileTest, AFailedAppendAfterAPartRecordKeepsTheWholeOnes) {
     const Recs recs = RandomRecords(3, 8), more = RandomRecords(2, 9);
     const QString name = Path("partial.rec");
     WriteRaw(name, Bytes(recs) + QByteArray(11, '\x5a'));
-    SetRecordFileFaultHook([](TRecordFileStep s) { return s == TRecordFileStep::Flush ? EIO : 0; });
+    SetFileFaultHook([](TFileStep s) { return s == TFileStep::Flush ? EIO : 0; });
     EXPECT_EQ(KxAppendRecordFile(name, more.data(), more.size()), EIO);
     // The cut-short record may go or stay; the whole ones must not change.
     const QByteArray after = ReadAll(name);

@@ -2,11 +2,14 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMouseEvent>
+#include <QTemporaryDir>
 
 #include "kx/entry/numspin.h"
 #include "kx/framework/spinbutton.h"
 #include "kx/indicators/rmeter.h"
+#include "kx/recorders/ophourcounter.h"
 #include "miscpage.h"
 
 namespace kxgallery {
@@ -56,6 +59,25 @@ TEST(MiscPage, TheSpinSetsTheMetersLimitAndTheButtonsCount) {
     EXPECT_EQ(page.Count(), 11);
     page.Step(15.0);  // a quarter of the tank's cycle: full
     EXPECT_NEAR(page.TankMeter()->Value(), 95.0f, 0.01f);
+}
+
+TEST(MiscPage, CountersGoOnWhereTheyStopped) {
+    QTemporaryDir dir;
+    SetGalleryOutputDir(dir.path());
+    {
+        MiscPage page(0.0);
+        EXPECT_EQ(page.RunHours()->Hours(), 1999);  // no file yet: the page's start
+        EXPECT_TRUE(page.ServiceLabel()->text().isEmpty());
+        page.RunHours()->SetTime(2000, 0, 5);
+        EXPECT_EQ(page.ServiceLabel()->text(), "Service due");
+        page.FilterCountdown()->SetTime(0, 0, 9);
+    }  // closing the page saves both counts
+    MiscPage again(0.0);
+    EXPECT_EQ(again.RunHours()->Text(), "2000h:00m:05s");
+    EXPECT_EQ(again.ServiceLabel()->text(), "Service due");
+    EXPECT_EQ(again.FilterCountdown()->Text(), "00h:00m:09s");
+    EXPECT_FALSE(again.RunHours()->IniSettings()->LastError());
+    SetGalleryOutputDir(QStringLiteral("out"));
 }
 
 }  // namespace

@@ -4,10 +4,9 @@
 // C errno value of the first step that failed (ENOENT, EACCES, EISDIR, ENOSPC, EIO, ...).
 // Nothing throws.
 //
-// KxWriteRecordFile replaces a file crash-safely: the records go to a temporary file in
-// the same folder ("<name>.XXXXXX"), which is flushed to the disk and only then renamed
-// over the old file; when any step fails, the temporary file is removed and the old file
-// is left as it was.
+// KxWriteRecordFile replaces a file crash-safely (KxReplaceFile, safefile.h): when any
+// step fails, the old file is left as it was. Tests inject faults through
+// SetFileFaultHook.
 //
 // KxAppendRecordFile appends to a file (creating it): a partial record left at the end by
 // an earlier interrupted append is cut off first, so the new records stand on the 24-byte
@@ -21,7 +20,6 @@
 // that were read whole and returns the error.
 #include <QString>
 #include <cstddef>
-#include <functional>
 
 #include "kx/recorders/signstore.h"
 
@@ -30,11 +28,5 @@ namespace kx {
 int KxWriteRecordFile(const QString& name, const TSignRec* records, size_t count);
 int KxAppendRecordFile(const QString& name, const TSignRec* records, size_t count);
 int KxReadRecordFile(const QString& name, TKxSignStore& store);
-
-// For tests: the steps a save goes through. A fault hook returning an errno value (not 0)
-// makes that step fail with it, as a full disk or a crash would; nullptr removes the hook.
-enum class TRecordFileStep { Open, Write, Flush, Rename };
-using TRecordFileFaultHook = std::function<int(TRecordFileStep)>;
-void SetRecordFileFaultHook(TRecordFileFaultHook hook);
 
 }  // namespace kx

@@ -1,0 +1,79 @@
+#include "kx/recorders/seconddisplay.h"
+
+#include "kx/blink/flashtimer.h"
+
+namespace kx {
+
+TKxSecondDisplay::TKxSecondDisplay(QWidget* parent)
+    : TKxGraphicControl(parent),
+      bevelInner_(new TKxSBevel(this)),
+      bevelOuter_(new TKxSBevel(this)),
+      font_(new TFont(this)) {
+    bevelOuter_->SetStyle(bsRaised);
+    bevelOuter_->SetWidth(1);
+    bevelOuter_->SetSpacing(1);
+    bevelInner_->SetStyle(bsLowered);
+    bevelInner_->SetWidth(1);
+    bevelInner_->SetSpacing(0);
+    font_->SetName(QStringLiteral("System"));
+    auto handler = [this](QObject* sender) { ParamChange(sender); };
+    bevelInner_->SetOnChange(handler);
+    bevelOuter_->SetOnChange(handler);
+    font_->SetOnChange(handler);
+}
+
+TKxSecondDisplay::~TKxSecondDisplay() {
+    DelControl(this);
+}
+
+void TKxSecondDisplay::SetBevelInner(const TKxSBevel* v) {
+    if (v && v != bevelInner_) bevelInner_->Assign(v);
+}
+
+void TKxSecondDisplay::SetBevelOuter(const TKxSBevel* v) {
+    if (v && v != bevelOuter_) bevelOuter_->Assign(v);
+}
+
+void TKxSecondDisplay::SetFont(const TFont* v) {
+    if (v && v != font_) font_->Assign(*v);
+}
+
+void TKxSecondDisplay::ParamChange(QObject*) {
+    Invalidate();
+}
+
+void TKxSecondDisplay::SubscribeSeconds(bool on) {
+    if (on == subscribed_) return;
+    subscribed_ = on;
+    if (on)
+        AddControl(this, kFlashSecondCode);
+    else
+        DelControl(this);
+}
+
+void TKxSecondDisplay::Paint() {
+    TRect r = ClientRect();
+    TCanvas& c = Canvas();
+    bevelOuter_->PaintFilledBevel(c, r);
+    bevelInner_->PaintFilledBevel(c, r);
+    textRect_ = r;
+    PaintText();
+}
+
+void TKxSecondDisplay::PaintText() {
+    const int32_t aw = textRect_.Right - textRect_.Left, ah = textRect_.Bottom - textRect_.Top;
+    if (aw <= 0 || ah <= 0) return;
+    MakeCompatibleBitmap(textBitmap_, aw, ah, TPoint{textRect_.Left, textRect_.Top});
+    TCanvas& c = textBitmap_.Canvas();
+    c.Brush().SetStyle(bsSolid);
+    c.Brush().SetColor(bevelInner_->Color());
+    c.FillRect(TRect{0, 0, aw, ah});
+    c.SetFont(*font_);
+    c.Brush().SetStyle(bsClear);
+    const QString text = Text();
+    const TPoint at = TextPosition(c.TextWidth(text), c.TextHeight(text), aw, ah);
+    c.TextOut(at.X, at.Y, text);
+    Canvas().Draw(textRect_.Left, textRect_.Top, textBitmap_);
+}
+
+}  // namespace kx

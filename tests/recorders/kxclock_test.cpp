@@ -1,0 +1,141 @@
+// The clock: its texts, that it changes with the blink service's second pulses (and so
+// may lag the true second), that only the text area is redrawn, and a text cut at the
+// area's right edge.
+#include <gtest/gtest.h>
+
+#include <QWidget>
+#include <memory>
+
+#include "common/test_env.h"
+#include "kx/blink/flashtimer.h"
+#include "kx/host/datetime.h"
+#include "kx/host/datetimeformat.h"
+#include "kx/recorders/kxclock.h"
+
+namespace kx {
+namespace {
+
+class Clock : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        test::ResetEnvironment();
+        ClearFlashList();
+        delete FlashTimerInstance();
+        // 10:00:00.600 on the fixed day: the service's seconds run 600 ms behind.
+        test::FakeClock().SetNow(45000.0 + EncodeTime(10, 0, 0, 600));
+        c_ = std::make_unique<TKxClock>(&form_);
+    }
+    void TearDown() override {
+        c_.reset();
+        ClearFlashList();
+    }
+    void Tick(uint32_t ms) {
+        test::FakeClock().Advance(ms);
+        RunFlashTick();
+    }
+    // Columns of r holding text (anything but the black background; text is smoothed).
+    int inkColumns(TRect r) const {
+        int n = 0;
+        for (int x = r.Left; x < r.Right; ++x)
+            for (int y = r.Top; y < r.Bottom; ++y)
+                if (c_->Surface().Pixel(x, y) != clBlack) {
+                    ++n;
+                    break;
+                }
+        return n;
+    }
+
+    QWidget form_;
+    std::unique_ptr<TKxClock> c_;
+};
+
+TEST_F(Clock, DefaultsAndTexts) {
+    EXPECT_EQ(c_->width(), 69);
+    EXPECT_EQ(c_->height(), 24);
+    EXPECT_EQ(c_->ClockOption(), TKxClock::coTime);
+    EXPECT_TRUE(c_->AutoHint());
+    EXPECT_EQ(c_->Font()->Color(), clLime);
+    EXPECT_EQ(c_->Font()->Size(), 10);
+    EXPECT_EQ(c_->BevelInner()->Color(), clBlack);
+    const TDateTime now = Now();
+    const struct {
+        TKxClock::TClockOption option;
+        QString text;
+    } cases[] = {{TKxClock::coDate, DateToStr(now)},
+                 {TKxClock::coTime, TimeToStr(now)},
+                 {TKxClock::coDateTime, DateTimeToStr(now)}};
+    for (const auto& c : cases) {
+        c_->SetClockOption(c.option);
+        EXPECT_EQ(c_->Text(), c.text);
+    }
+    EXPECT_EQ(TimeToStr(now), "10:00:00 AM");
+}
+
+TEST_F(Clock, TicksOnlyAfterLoadedAndFollowsTheServiceSecond) {
+    EXPECT_FALSE(c_->Subscribed());
+    c_->Loaded();
+    EXPECT_TRUE(c_->Subscribed());
+    c_->PaintToSurface();
+    const QImage at0 = c_->Surface().Image();
+    Tick(500);  // 10:00:01.100: the true second has changed, the service's has not
+    EXPECT_EQ(c_->Surface().Image(), at0);
+    Tick(520);  // 10:00:01.620: the pulse (a tick after the service's second)
+    EXPECT_NE(c_->Surface().Image(), at0);
+    // Drawn from the text as it is then.
+    auto fresh = std::make_unique<TKxClock>(&form_);
+    fresh->PaintToSurface();
+    EXPECT_EQ(fresh->Surface().Image(), c_->Surface().Image());
+    fresh.reset();
+    c_.reset();
+    EXPECT_EQ(FlashList().size(), 0u);
+}
+
+TEST_F(Clock, APulseRedrawsOnlyTheTextAreaAndSetsTheHint) {
+    c_->Loaded();
+    c_->PaintToSurface();
+    const TRect r = c_->TextRect();
+    EXPECT_EQ(r, (TRect{3, 3, 66, 21}));
+    EXPECT_EQ(c_->Hint(), DateToStr(Now()));
+    c_->Canvas().SetPixel(0, 0, clRed);
+    c_->Canvas().SetPixel(r.Right - 1, r.Bottom - 1, clRed);
+    Tick(1000);
+    EXPECT_EQ(c_->Surface().Pixel(0, 0), clRed);
+    EXPECT_EQ(c_->Surface().Pixel(r.Right - 1, r.Bottom - 1), clBlack);
+    // Text at the area's top-left corner.
+    EXPECT_GT(inkColumns(TRect{r.Left, r.Top, r.Left + 4, r.Bottom}), 0);
+
+    c_->hide();
+    c_->Canvas().SetPixel(r.Right - 1, r.Bottom - 1, clRed);
+    Tick(1000);
+    EXPECT_EQ(c_->Surface().Pixel(r.Right - 1, r.Bottom - 1), clRed);  // hidden: no drawing
+}
+
+TEST_F(Clock, LongTextIsCutAtTheRightEdge) {
+    c_->SetClockOption(TKxClock::coDateTime);
+    c_->Loaded();
+    c_->PaintToSurface();
+    const TRect r = c_->TextRect();
+    EXPECT_GT(inkColumns(r), r.Right - r.Left - 8);  // text all the way across
+    // The frame beside the area is as a clock without text draws it.
+    TKxClock empty(&form_);
+    empty.Font()->SetSize(1);
+    empty.PaintToSurface();
+    for (int y = 0; y < 24; ++y)
+        for (int x = r.Right; x < 69; ++x)
+            ASSERT_EQ(c_->Surface().Pixel(x, y), empty.Surface().Pixel(x, y)) << x << "," << y;
+}
+
+TEST_F(Clock, DesignTimeHasNoHint) {
+    c_->SetDesigning(true);
+    c_->Loaded();
+    c_->PaintToSurface();
+    EXPECT_TRUE(c_->Hint().isEmpty());
+    c_->SetAutoHint(false);
+    c_->SetDesigning(false);
+    c_->Invalidate();
+    c_->PaintToSurface();
+    EXPECT_TRUE(c_->Hint().isEmpty());
+}
+
+}  // namespace
+}  // namespace kx
