@@ -15,30 +15,13 @@
 #include "kx/host/clock.h"
 #include "kx/recorders/recordfile.h"
 #include "kx/recorders/trend.h"
+#include "quietblink.h"
 
 namespace kx {
 namespace {
 
 constexpr int32_t kAreaW = 600, kAreaH = 300;
 constexpr int32_t kMillion = 1000000;
-
-// Nothing ticks by itself and time stands still unless a benchmark moves it.
-class TQuietBlink {
-  public:
-    TQuietBlink() {
-        SetTickSourceFactory([] { return std::make_unique<TManualTickSource>(); });
-        SetClock(&clock_);
-    }
-    ~TQuietBlink() {
-        ClearFlashList();
-        SetClock(nullptr);
-        SetTickSourceFactory({});
-    }
-    TFakeClock& Clock() { return clock_; }
-
-  private:
-    TFakeClock clock_;
-};
 
 // Sizes the trend so that its curve area is kAreaW x kAreaH.
 void SizeCurveArea(TKxTrend& t) {

@@ -189,9 +189,24 @@ const QFont& TFont::ToQFont() const {
 
 namespace {
 
+// The characters of numbers, then those that times and durations add ("12:05:07",
+// "0012h:05m:07s"); neither set holds a character that fonts join into ligatures.
 const QString& numberChars() {
-    static const QString chars = QStringLiteral("0123456789.,-+E#% ");
+    static const QString chars = QStringLiteral("0123456789.,-+E#% :hms");
     return chars;
+}
+constexpr qsizetype kNumberCharCount = 18;
+
+// Whether no pair of chars[0..n) kerns (pairs within chars[0..from) are not asked again).
+bool noKerning(const QFontMetrics& fm, const QString& chars, qsizetype from, qsizetype n) {
+    for (qsizetype i = 0; i < n; ++i)
+        for (qsizetype j = i < from ? from : 0; j < n; ++j) {
+            const QString pair = QString(chars[i]) + chars[j];
+            if (fm.horizontalAdvance(pair) !=
+                fm.horizontalAdvance(chars[i]) + fm.horizontalAdvance(chars[j]))
+                return false;
+        }
+    return true;
 }
 
 }  // namespace
@@ -207,20 +222,20 @@ bool TFont::LayOutNumber(const QString& text, QGlyphRun* run, int& width) const 
     if (numbersPlain_ < 0) {
         const QFontMetrics& fm = Metrics();
         raw_ = std::make_unique<QRawFont>(QRawFont::fromFont(ToQFont()));
-        bool plain = raw_->isValid();
-        for (qsizetype i = 0; plain && i < chars.size(); ++i) {
+        bool numberGlyphs = raw_->isValid(), timeGlyphs = numberGlyphs;
+        for (qsizetype i = 0; i < chars.size(); ++i) {
             numberGlyph_[size_t(i)] = raw_->glyphIndexesForString(QString(chars[i])).value(0);
             numberAdvance_[size_t(i)] = fm.horizontalAdvance(chars[i]);
-            plain = numberGlyph_[size_t(i)] != 0;
-            for (qsizetype j = 0; plain && j < chars.size(); ++j) {
-                const QString pair = QString(chars[i]) + chars[j];
-                plain = fm.horizontalAdvance(pair) ==
-                        fm.horizontalAdvance(chars[i]) + fm.horizontalAdvance(chars[j]);
-            }
+            bool& present = i < kNumberCharCount ? numberGlyphs : timeGlyphs;
+            present = present && numberGlyph_[size_t(i)] != 0;
         }
+        const bool plain = numberGlyphs && noKerning(fm, chars, 0, kNumberCharCount);
         numbersPlain_ = plain ? 1 : 0;
+        timesPlain_ = plain && timeGlyphs && noKerning(fm, chars, kNumberCharCount, chars.size());
     }
     if (numbersPlain_ == 0) return false;
+    for (qsizetype i = 0; i < text.size() && !timesPlain_; ++i)
+        if (index[size_t(i)] >= kNumberCharCount) return false;
     int x = 0;
     QList<QPointF> positions;
     QList<quint32> glyphs;

@@ -1,6 +1,9 @@
 #include "kx/recorders/seconddisplay.h"
 
+#include <QAccessible>
+
 #include "kx/blink/flashtimer.h"
+#include "kx/recorders/trendaccessible.h"
 
 namespace kx {
 
@@ -20,6 +23,8 @@ TKxSecondDisplay::TKxSecondDisplay(QWidget* parent)
     bevelInner_->SetOnChange(handler);
     bevelOuter_->SetOnChange(handler);
     font_->SetOnChange(handler);
+    KxInstallRecorderAccessibility();
+    setAttribute(Qt::WA_OpaquePaintEvent, true);
 }
 
 TKxSecondDisplay::~TKxSecondDisplay() {
@@ -74,6 +79,10 @@ void TKxSecondDisplay::PaintText() {
     const TPoint at = TextPosition(c.TextWidth(text), c.TextHeight(text), aw, ah);
     c.TextOut(at.X, at.Y, text);
     Canvas().Draw(textRect_.Left, textRect_.Top, textBitmap_);
+    if (QAccessible::isActive()) {
+        QAccessibleValueChangeEvent changed(this, text);
+        QAccessible::updateAccessibility(&changed);
+    }
 }
 
 }  // namespace kx

@@ -5,6 +5,8 @@
 #include <QStringList>
 
 #include "kx/host/formatfloat.h"
+#include "kx/recorders/seconddisplay.h"
+#include "kx/recorders/seconddisplayaccessible.h"
 #include "kx/recorders/trend.h"
 
 namespace kx {
@@ -80,6 +82,7 @@ QString TKxTrendAccessible::text(QAccessible::Text t) const {
 
 QAccessibleInterface* KxRecorderAccessibleFactory(const QString&, QObject* object) {
     if (auto* t = qobject_cast<TKxTrend*>(object)) return new TKxTrendAccessible(t);
+    if (auto* d = qobject_cast<TKxSecondDisplay*>(object)) return new TKxSecondDisplayAccessible(d);
     return nullptr;
 }
 

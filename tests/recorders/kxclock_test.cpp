@@ -3,6 +3,7 @@
 // area's right edge.
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QWidget>
 #include <memory>
 
@@ -123,6 +124,15 @@ TEST_F(Clock, LongTextIsCutAtTheRightEdge) {
     for (int y = 0; y < 24; ++y)
         for (int x = r.Right; x < 69; ++x)
             ASSERT_EQ(c_->Surface().Pixel(x, y), empty.Surface().Pixel(x, y)) << x << "," << y;
+}
+
+TEST_F(Clock, WhatAssistiveToolsLearn) {
+    QAccessibleInterface* a = QAccessible::queryAccessibleInterface(c_.get());
+    ASSERT_NE(a, nullptr);
+    EXPECT_EQ(a->role(), QAccessible::Indicator);
+    EXPECT_EQ(a->text(QAccessible::Name), "clock");
+    EXPECT_EQ(a->text(QAccessible::Value), "10:00:00 AM");
+    EXPECT_EQ(a->text(QAccessible::Description), "");
 }
 
 TEST_F(Clock, DesignTimeHasNoHint) {

@@ -3,6 +3,7 @@
 // event order, the text, what a pulse redraws, and the INI file with malformed values.
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QWidget>
@@ -337,6 +338,36 @@ TEST_F(Counter, TextIsCentredOrCutAtTheRight) {
     for (int y = r.Top; y < r.Bottom; ++y)
         EXPECT_EQ(c_->Surface().Pixel(r.Right, y), c_->Surface().Pixel(r.Right, r.Top)) << y;
     EXPECT_GE(last, r.Right - 3);
+}
+
+TEST_F(Counter, WhatAssistiveToolsLearn) {
+    QAccessibleInterface* a = QAccessible::queryAccessibleInterface(c_.get());
+    ASSERT_NE(a, nullptr);
+    EXPECT_EQ(a->role(), QAccessible::Indicator);
+    EXPECT_EQ(a->text(QAccessible::Name), "operating-hour counter");
+    c_->setObjectName("P1");
+    EXPECT_EQ(a->text(QAccessible::Name), "P1");
+    c_->setAccessibleName("Pump hours");
+    EXPECT_EQ(a->text(QAccessible::Name), "Pump hours");
+    const struct {
+        Hms t;
+        bool count;
+        const char* value;
+        const char* description;
+    } cases[] = {{{0, 0, 5}, false, "0000h:00m:05s", "stopped"},
+                 {{0, 0, 5}, true, "0000h:00m:05s", "counting"},
+                 {{0, 0, 10}, true, "0000h:00m:10s", "counting, limit reached"},
+                 {{0, 0, 0}, true, "0000h:00m:00s", "stopped, zero"}};
+    c_->Limit()->SetValue(0, 0, 10);
+    for (const auto& c : cases) {
+        c_->SetCount(false);
+        c_->SetCount(c.count);
+        c_->SetTime(c.t.h, c.t.m, c.t.s);
+        EXPECT_EQ(a->text(QAccessible::Value), c.value);
+        EXPECT_EQ(a->text(QAccessible::Description), c.description);
+    }
+    c_->setAccessibleDescription("Main pump");
+    EXPECT_EQ(a->text(QAccessible::Description), "Main pump, stopped, zero");
 }
 
 class CounterIni : public Counter {

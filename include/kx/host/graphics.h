@@ -142,8 +142,9 @@ class TFont : public TGraphicsObject {
     const QFontMetrics& Metrics() const;
 
     // Numbers are drawn very often (every reading of a readout). A text made only of the
-    // characters of numbers ("0".."9", ".", ",", "-", "+", "E", "#", "%", space) whose
-    // glyphs this font has, and whose pairs the font does not kern, needs no shaping: it
+    // characters of numbers ("0".."9", ".", ",", "-", "+", "E", "#", "%", space), or of
+    // times and durations (those and ":", "h", "m", "s"), whose glyphs this font has, and
+    // whose pairs the font does not kern, needs no shaping: it
     // is laid out from the per-character advances, which gives the same glyphs at the
     // same places as the full text layout, many times faster. Fills run (when given) with
     // the glyphs at their places on the baseline from x = 0, and width with the advance.
@@ -165,9 +166,11 @@ class TFont : public TGraphicsObject {
     // The raw font and whether its number characters kern, made on first use.
     mutable std::unique_ptr<QRawFont> raw_;
     mutable int numbersPlain_ = -1;
+    // The same for texts that also hold the characters of times and durations.
+    mutable bool timesPlain_ = false;
     // Advance and glyph of each number character, in the order of the character set.
-    mutable std::array<int, 18> numberAdvance_{};
-    mutable std::array<quint32, 18> numberGlyph_{};
+    mutable std::array<int, 22> numberAdvance_{};
+    mutable std::array<quint32, 22> numberGlyph_{};
 };
 
 }  // namespace kx

@@ -8,7 +8,9 @@
 // is composed in a bitmap of TextRect's size on the inner bevel's Color and copied to
 // the surface in one copy, so a second pulse never touches the bevels, and a text wider
 // than the area is cut at its edges instead of running over the frame. Where the text
-// stands inside the area is the descendant's (TextPosition).
+// stands inside the area is the descendant's (TextPosition). Paint covers every pixel of
+// the control (the outer bevel fills it first), so the control paints opaquely and Qt
+// never repaints what lies behind it.
 //
 // Defaults: BevelOuter raised, width 1, spacing 1, no lines; BevelInner lowered, width
 // 1, spacing 0, no lines; Font face "System".

@@ -25,6 +25,7 @@ class TKxTrendAccessible : public QAccessibleWidget {
     TKxTrend* trend() const;
 };
 
+// The factory of every recorder-subsystem component (trend, counter, clock, ...).
 QAccessibleInterface* KxRecorderAccessibleFactory(const QString& className, QObject* object);
 void KxInstallRecorderAccessibility();
 
