@@ -11,15 +11,18 @@
 #include <QTableWidget>
 #include <QTemporaryDir>
 #include <QVBoxLayout>
+#include <cmath>
 #include <cstring>
 
 #include "kx/host/clock.h"
 #include "kx/host/datetimeformat.h"
 #include "kx/host/formatfloat.h"
 #include "kx/recorders/minitrend.h"
+#include "kx/recorders/oppoint.h"
 #include "kx/recorders/printtrend.h"
 #include "kx/recorders/recordfile.h"
 #include "kx/recorders/trend.h"
+#include "pumpcurve.h"
 
 namespace kxgallery {
 namespace {
@@ -61,7 +64,7 @@ const std::array<ChannelPreset, 8>& presets() {
 }  // namespace
 
 RecorderPage::RecorderPage(double startTime, QWidget* parent)
-    : GalleryPage(PalettePageNames().at(1), parent) {
+    : GalleryPage(PalettePageNames().at(1), parent), time_(startTime) {
     SetSection(QStringLiteral("Trend recorder"), QStringLiteral("-trend"));
     for (size_t i = 0; i < presets().size(); ++i)
         processes_.emplace_back(presets()[i].process, kSeedBase + uint32_t(i), startTime);
@@ -73,7 +76,8 @@ RecorderPage::RecorderPage(double startTime, QWidget* parent)
     grid->addWidget(readoutBox(), 0, 1);
     grid->addWidget(buttonRow(), 1, 0, 1, 2);
     grid->addWidget(miniBox(), 2, 0, 1, 2);
-    grid->setRowStretch(3, 1);
+    grid->addWidget(pumpBox(), 3, 0, 1, 2);
+    grid->setRowStretch(4, 1);
     grid->setColumnStretch(2, 1);
     SetScrollContent(content);
 }
@@ -255,6 +259,41 @@ QWidget* RecorderPage::miniBox() {
     return box;
 }
 
+QWidget* RecorderPage::pumpBox() {
+    const PumpChart chart = DrawPumpChart(360, 230);
+    pump_ = new TKxOperatingPoint;
+    pump_->SetCharacteristicBMP(chart.picture);
+    // The marker's range is the chart's axes: flow 0..30 left to right, head 0..50 up.
+    const QRect& a = chart.plot;
+    pump_->IndRect()->SetxyRect(TRect{a.left(), a.top(), a.right() + 1, a.bottom() + 1});
+    pump_->SignalSettingsX()->SetValueTo(float(PumpChart::kFlowMax));
+    pump_->SignalSettingsX()->SetValueFrom(0.0f);
+    pump_->SignalSettingsY()->SetValueTo(float(PumpChart::kHeadMax));
+    pump_->SignalSettingsY()->SetValueFrom(0.0f);
+    pump_->SetInterval(250);
+    pump_->SetTailArraySize(24);
+    pump_->setFixedSize(chart.picture.size());
+    Step(0.0);
+    pump_->Loaded();
+    auto* row = new QHBoxLayout;
+    row->addWidget(pump_);
+    row->addWidget(HintLabel(QStringLiteral(
+                       "The feed pump's speed follows the demand: its operating point (the "
+                       "yellow cross) runs along the system curve, where the pump curve of "
+                       "the speed meets it, and the tail shows the last six seconds. The "
+                       "chart is a picture the application draws; the component only "
+                       "moves the marker over it, four times a second.")),
+                   1, Qt::AlignTop);
+    auto* box = new QGroupBox(QStringLiteral("TKxOperatingPoint: the feed pump on its curves"));
+    box->setLayout(row);
+    return box;
+}
+
+double RecorderPage::PumpSpeed() const {
+    return 0.84 + 0.12 * std::sin(time_ * 2.0 * M_PI / 40.0) +
+           0.03 * std::sin(time_ * 2.0 * M_PI / 7.3);
+}
+
 void RecorderPage::toggleFlow() {
     const bool on = !trend_->StartRecording();
     trend_->SetStartRecording(on);
@@ -293,6 +332,12 @@ void RecorderPage::PrintTo(const QString& pdfFile) {
 }
 
 void RecorderPage::Step(double seconds) {
+    time_ += seconds;
+    if (pump_) {
+        const QPointF op = PumpOperatingPoint(PumpSpeed());
+        pump_->SetValueX(float(op.x()));
+        pump_->SetValueY(float(op.y()));
+    }
     for (size_t i = 0; i < processes_.size(); ++i) {
         const ChannelPreset& p = presets()[i];
         const float v = float(ValueAt(processes_[i].Advance(seconds), p.from, p.to, false));

@@ -4,7 +4,9 @@
 // file at start (a separator block marks where the history ends and live recording
 // begins), the cursor readout in a table beside it, and buttons to stop and restart the
 // flow (each restart leaves a separator), record fast for a while, zoom, and save, load
-// or print the records. Below, four mini trends follow four of the channels.
+// or print the records. Below, four mini trends follow four of the channels, and an
+// operating-point display shows where the feed pump runs on its curves as its speed
+// changes, with a tail of its last positions.
 #include <QString>
 #include <array>
 #include <vector>
@@ -18,6 +20,7 @@ class QTableWidget;
 
 namespace kx {
 class TKxMiniTrend;
+class TKxOperatingPoint;
 class TKxTrend;
 }  // namespace kx
 
@@ -33,6 +36,9 @@ class RecorderPage : public GalleryPage {
     QPushButton* FlowButton() const { return flowButton_; }
     QLabel* Status() const { return status_; }
     const std::vector<kx::TKxMiniTrend*>& MiniTrends() const { return minis_; }
+    kx::TKxOperatingPoint* OperatingPoint() const { return pump_; }
+    // The pump's relative speed now (1 = full speed).
+    double PumpSpeed() const;
 
     void Step(double seconds) override;
     // The file actions behind the buttons, without dialogs; each reports in Status().
@@ -45,6 +51,7 @@ class RecorderPage : public GalleryPage {
     QWidget* readoutBox();
     QWidget* buttonRow();
     QWidget* miniBox();
+    QWidget* pumpBox();
     void loadHistory(double startTime);
     void showReadout();
     void toggleFlow();
@@ -55,6 +62,8 @@ class RecorderPage : public GalleryPage {
     QLabel* status_ = nullptr;
     std::vector<ProcessSignal> processes_;
     std::vector<kx::TKxMiniTrend*> minis_;
+    kx::TKxOperatingPoint* pump_ = nullptr;
+    double time_ = 0.0;
 };
 
 }  // namespace kxgallery

@@ -28,6 +28,7 @@
 #include "kx/recorders/kxclock.h"
 #include "kx/recorders/minitrend.h"
 #include "kx/recorders/ophourcounter.h"
+#include "kx/recorders/oppoint.h"
 #include "kx/recorders/printtrend.h"
 #include "kx/recorders/trend.h"
 
@@ -116,7 +117,8 @@ const TRow kRows[] = {
      Component<TKx270Meter>("kx/indicators/rmeter.h", glyph270)},
     {kAnalogInd, "TKxCompass", "Compass", Absent},
     {kAnalogInd, "TKxVCInd", "Course and attitude indicator", Absent},
-    {kAnalogInd, "TKxOperatingPoint", "Operating-point display", Absent},
+    {kAnalogInd, "TKxOperatingPoint", "Operating point over a characteristic-curve picture",
+     Component<TKxOperatingPoint>("kx/recorders/oppoint.h")},
     {kAnalogInd, "TKxMiniTrend", "Mini trend", Component<TKxMiniTrend>("kx/recorders/minitrend.h")},
     {kAnalogInd, "TKxTrend", "Eight-channel trend recorder with cursor",
      Component<TKxTrend>("kx/recorders/trend.h")},

@@ -8,16 +8,16 @@
 namespace kx {
 namespace {
 
-QString tr(const char* text) {
+QString kxTr(const char* text) {
     return QCoreApplication::translate("KxAccessible", text);
 }
 
 QString counterState(const TKxSecondDisplay& d) {
     const auto* c = qobject_cast<const TKxOpHourCounter*>(&d);
     if (!c) return {};
-    QString s = c->Subscribed() ? tr("counting") : tr("stopped");
-    if (c->LimitLatch()) s += QStringLiteral(", ") + tr("limit reached");
-    if (c->ZeroFlag()) s += QStringLiteral(", ") + tr("zero");
+    QString s = c->Subscribed() ? kxTr("counting") : kxTr("stopped");
+    if (c->LimitLatch()) s += QStringLiteral(", ") + kxTr("limit reached");
+    if (c->ZeroFlag()) s += QStringLiteral(", ") + kxTr("zero");
     return s;
 }
 
@@ -37,7 +37,7 @@ QString TKxSecondDisplayAccessible::text(QAccessible::Text t) const {
         case QAccessible::Name:
             if (!d->accessibleName().isEmpty()) return d->accessibleName();
             if (!d->objectName().isEmpty()) return d->objectName();
-            return qobject_cast<const TKxClock*>(d) ? tr("clock") : tr("operating-hour counter");
+            return qobject_cast<const TKxClock*>(d) ? kxTr("clock") : kxTr("operating-hour counter");
         case QAccessible::Value:
             return d->Text();
         case QAccessible::Description: {

@@ -5,6 +5,8 @@
 #include <QStringList>
 
 #include "kx/host/formatfloat.h"
+#include "kx/recorders/oppoint.h"
+#include "kx/recorders/oppointaccessible.h"
 #include "kx/recorders/seconddisplay.h"
 #include "kx/recorders/seconddisplayaccessible.h"
 #include "kx/recorders/trend.h"
@@ -83,6 +85,8 @@ QString TKxTrendAccessible::text(QAccessible::Text t) const {
 QAccessibleInterface* KxRecorderAccessibleFactory(const QString&, QObject* object) {
     if (auto* t = qobject_cast<TKxTrend*>(object)) return new TKxTrendAccessible(t);
     if (auto* d = qobject_cast<TKxSecondDisplay*>(object)) return new TKxSecondDisplayAccessible(d);
+    if (auto* o = qobject_cast<TKxOperatingPoint*>(object))
+        return new TKxOperatingPointAccessible(o);
     return nullptr;
 }
 

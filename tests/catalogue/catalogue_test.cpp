@@ -31,16 +31,17 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
     for (const TKxCatalogueEntry& e : KxCatalogue())
         all << e.Page + '/' + e.ClassName;
     EXPECT_EQ(
-        all, (QStringList{
-                 "KxMisc/TKxClock",         "KxMisc/TKxOpHourCounter",   "KxMisc/TKxTimerSpeedBtn",
-                 "KxMisc/TKxSpinButton",    "KxMisc/TKxNumEdit",         "KxMisc/TKxNumSpin",
-                 "KxAnalogInd/TKxBar",      "KxAnalogInd/TKxVBar",       "KxAnalogInd/TKxHBar",
-                 "KxAnalogInd/TKxVMeter",   "KxAnalogInd/TKxHMeter",     "KxAnalogInd/TKx120Meter",
-                 "KxAnalogInd/TKx180Meter", "KxAnalogInd/TKx270Meter",   "KxAnalogInd/TKxMiniTrend",
-                 "KxAnalogInd/TKxTrend",    "KxAnalogInd/TKxPrintTrend", "KxAnalogAdj/TKxDial",
-                 "KxAnalogAdj/TKxGearDial", "KxAnalogAdj/TKxHSlider",    "KxAnalogAdj/TKxVSlider",
-                 "KxBinary/TKxLED",         "KxBinary/TKxColBitBtn",     "KxBinary/TKxRockerSwitch",
-                 "KxBinary/TKxToggleSwitch"}));
+        all,
+        (QStringList{
+            "KxMisc/TKxClock",          "KxMisc/TKxOpHourCounter", "KxMisc/TKxTimerSpeedBtn",
+            "KxMisc/TKxSpinButton",     "KxMisc/TKxNumEdit",       "KxMisc/TKxNumSpin",
+            "KxAnalogInd/TKxBar",       "KxAnalogInd/TKxVBar",     "KxAnalogInd/TKxHBar",
+            "KxAnalogInd/TKxVMeter",    "KxAnalogInd/TKxHMeter",   "KxAnalogInd/TKx120Meter",
+            "KxAnalogInd/TKx180Meter",  "KxAnalogInd/TKx270Meter", "KxAnalogInd/TKxOperatingPoint",
+            "KxAnalogInd/TKxMiniTrend", "KxAnalogInd/TKxTrend",    "KxAnalogInd/TKxPrintTrend",
+            "KxAnalogAdj/TKxDial",      "KxAnalogAdj/TKxGearDial", "KxAnalogAdj/TKxHSlider",
+            "KxAnalogAdj/TKxVSlider",   "KxBinary/TKxLED",         "KxBinary/TKxColBitBtn",
+            "KxBinary/TKxRockerSwitch", "KxBinary/TKxToggleSwitch"}));
 
     const struct {
         const char* page;
@@ -51,7 +52,7 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
           "TKxNumSpin"}},
         {"KxAnalogInd",
          {"TKxBar", "TKxVBar", "TKxHBar", "TKxVMeter", "TKxHMeter", "TKx120Meter", "TKx180Meter",
-          "TKx270Meter", "TKxMiniTrend", "TKxTrend", "TKxPrintTrend"}},
+          "TKx270Meter", "TKxOperatingPoint", "TKxMiniTrend", "TKxTrend", "TKxPrintTrend"}},
         {"KxAnalogAdj", {"TKxDial", "TKxGearDial", "TKxHSlider", "TKxVSlider"}},
         {"KxBinary", {"TKxLED", "TKxColBitBtn", "TKxRockerSwitch", "TKxToggleSwitch"}},
         {"NoSuchPage", {}},

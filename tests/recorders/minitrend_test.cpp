@@ -10,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+#include "common/flash_util.h"
 #include "common/ratio.h"
 #include "common/test_env.h"
 #include "kx/blink/flashtimer.h"
@@ -22,13 +23,6 @@ namespace {
 
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInf = std::numeric_limits<float>::infinity();
-
-// The subscription of a control in the blink service, or null.
-const TFlash* subscription(TKxFlashClient* c) {
-    for (const auto& e : FlashList())
-        if (e && e->Control == c) return e.get();
-    return nullptr;
-}
 
 class MiniTrend : public ::testing::Test {
   protected:
@@ -94,7 +88,7 @@ TEST_F(MiniTrend, SettersKeepTheirRanges) {
 }
 
 TEST_F(MiniTrend, RecordsEveryIntervalWhileStarted) {
-    const TFlash* s = subscription(m_.get());
+    const TFlash* s = test::Subscription(m_.get());
     ASSERT_TRUE(s);
     EXPECT_EQ(s->IntervalTime, 1000);
     int intervals = 0;
@@ -124,15 +118,15 @@ TEST_F(MiniTrend, RecordsEveryIntervalWhileStarted) {
 
     // A new interval moves the subscription; stopping ends it, and pulses record nothing.
     m_->SetInterval(250);
-    ASSERT_TRUE(subscription(m_.get()));
-    EXPECT_EQ(subscription(m_.get())->IntervalTime, 250);
+    ASSERT_TRUE(test::Subscription(m_.get()));
+    EXPECT_EQ(test::Subscription(m_.get())->IntervalTime, 250);
     m_->SetStartRecording(false);
-    EXPECT_FALSE(subscription(m_.get()));
+    EXPECT_FALSE(test::Subscription(m_.get()));
     test::FakeClock().SetTicks(5000);
     RunFlashTick();
     EXPECT_EQ(m_->RecordCount(), 1);
     m_->SetStartRecording(true);
-    EXPECT_TRUE(subscription(m_.get()));
+    EXPECT_TRUE(test::Subscription(m_.get()));
 }
 
 TEST_F(MiniTrend, SubscribesOnlyOnceLoadedAndNeverWhileDesigning) {
@@ -149,9 +143,9 @@ TEST_F(MiniTrend, SubscribesOnlyOnceLoadedAndNeverWhileDesigning) {
         TKxMiniTrend t(&form_);
         t.SetDesigning(c.designing);
         t.SetStartRecording(c.start);
-        EXPECT_FALSE(subscription(&t)) << c.name << ": before Loaded";
+        EXPECT_FALSE(test::Subscription(&t)) << c.name << ": before Loaded";
         t.Loaded();
-        EXPECT_EQ(subscription(&t) != nullptr, c.subscribed) << c.name;
+        EXPECT_EQ(test::Subscription(&t) != nullptr, c.subscribed) << c.name;
     }
     // Destruction ended the subscriptions of the others.
     for (const auto& e : FlashList())

@@ -6,7 +6,9 @@
 #include <QTemporaryDir>
 
 #include "kx/recorders/minitrend.h"
+#include "kx/recorders/oppoint.h"
 #include "kx/recorders/trend.h"
+#include "pumpcurve.h"
 #include "recorderpage.h"
 
 namespace kxgallery {
@@ -38,6 +40,31 @@ TEST(RecorderPage, StepsFeedTheChannels) {
         EXPECT_GT(c->Value(), c->ValueFrom() - 1.0f) << ch;
     }
     EXPECT_EQ(page.MiniTrends()[0]->Channel(1)->Value(), page.Trend()->Channel3()->Value());
+}
+
+// The pump's operating point is where its curve at the speed meets the system curve, and
+// the display follows it from step to step.
+TEST(RecorderPage, OperatingPointFollowsThePump) {
+    for (double speed : {0.7, 0.84, 1.0}) {
+        const QPointF op = PumpOperatingPoint(speed);
+        EXPECT_NEAR(op.y(), 10.0 + 0.025 * op.x() * op.x(), 1e-9);
+        EXPECT_NEAR(op.y(), speed * speed * 48.0 - 0.035 * op.x() * op.x(), 1e-9);
+    }
+    RecorderPage page(158.5);
+    TKxOperatingPoint* p = page.OperatingPoint();
+    EXPECT_EQ(p->size(), QSize(360, 230));
+    EXPECT_EQ(p->Interval(), 250);
+    for (double dt : {0.0, 3.0, 11.0}) {
+        page.Step(dt);
+        const QPointF op = PumpOperatingPoint(page.PumpSpeed());
+        EXPECT_FLOAT_EQ(p->ValueX(), float(op.x()));
+        EXPECT_FLOAT_EQ(p->ValueY(), float(op.y()));
+        const TPoint pm = p->UnclampedPerMille();
+        EXPECT_GT(pm.X, 0);
+        EXPECT_LT(pm.X, 1000);
+        EXPECT_GT(pm.Y, 0);
+        EXPECT_LT(pm.Y, 1000);
+    }
 }
 
 TEST(RecorderPage, FlowButtonStopsAndRestartsWithASeparator) {
