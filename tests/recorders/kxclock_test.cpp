@@ -75,6 +75,7 @@ TEST_F(Clock, DefaultsAndTexts) {
 TEST_F(Clock, TicksOnlyAfterLoadedAndFollowsTheServiceSecond) {
     EXPECT_FALSE(c_->Subscribed());
     c_->Loaded();
+    EXPECT_TRUE(c_->IsLoaded());
     EXPECT_TRUE(c_->Subscribed());
     c_->PaintToSurface();
     const QImage at0 = c_->Surface().Image();
@@ -109,6 +110,43 @@ TEST_F(Clock, APulseRedrawsOnlyTheTextAreaAndSetsTheHint) {
     c_->Canvas().SetPixel(r.Right - 1, r.Bottom - 1, clRed);
     Tick(1000);
     EXPECT_EQ(c_->Surface().Pixel(r.Right - 1, r.Bottom - 1), clRed);  // hidden: no drawing
+}
+
+TEST_F(Clock, TextStandsAtTheAreasTopLeftCorner) {
+    c_->Loaded();
+    c_->PaintToSurface();
+    const TRect r = c_->TextRect();
+    TBitmap expected;
+    expected.SetSize(r.Width(), r.Height());
+    TCanvas& e = expected.Canvas();
+    e.Brush().SetColor(clBlack);
+    e.FillRect(TRect{0, 0, r.Width(), r.Height()});
+    e.SetFont(*c_->Font());
+    e.Brush().SetStyle(bsClear);
+    e.TextOut(0, 0, c_->Text());
+    for (int y = 0; y < r.Height(); ++y)
+        for (int x = 0; x < r.Width(); ++x)
+            ASSERT_EQ(c_->Surface().Pixel(r.Left + x, r.Top + y), expected.Pixel(x, y))
+                << x << "," << y;
+}
+
+TEST_F(Clock, TheHintFollowsTheDateOverMidnight) {
+    test::FakeClock().SetNow(45000.0 + EncodeTime(23, 59, 59, 500));
+    c_->Loaded();
+    c_->PaintToSurface();
+    const QString before = c_->Hint();
+    Tick(1020);
+    EXPECT_NE(c_->Hint(), before);
+    EXPECT_EQ(c_->Hint(), DateToStr(45001.0));
+}
+
+TEST_F(Clock, AnotherOptionRepaints) {
+    c_->Loaded();
+    c_->PaintToSurface();
+    const QImage time = c_->Surface().Image();
+    c_->SetClockOption(TKxClock::coDate);
+    c_->PaintToSurface();
+    EXPECT_NE(c_->Surface().Image(), time);
 }
 
 TEST_F(Clock, LongTextIsCutAtTheRightEdge) {

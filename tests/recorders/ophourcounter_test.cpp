@@ -186,6 +186,28 @@ TEST_F(Counter, PresetThatIsZeroStopsTheCount) {
     EXPECT_EQ(events_.size(), 1u);
 }
 
+TEST_F(Counter, CountDownAloneNeverStartsCounting) {
+    c_->SetCountDown(true);
+    c_->SetCountDown(false);
+    EXPECT_FALSE(c_->Subscribed());
+    c_->SetCount(true);
+    c_->SetCountDown(true);  // changes the direction only
+    EXPECT_TRUE(c_->Subscribed());
+}
+
+TEST_F(Counter, SettingsAreCopied) {
+    TTimeSetting limit, preset;
+    limit.SetValue(1, 2, 3);
+    preset.SetValue(0, 0, 90);
+    c_->SetLimit(&limit);
+    c_->SetPresetValue(&preset);
+    EXPECT_EQ((Hms{c_->Limit()->Hour(), c_->Limit()->Min(), c_->Limit()->Sec()}), (Hms{1, 2, 3}));
+    EXPECT_EQ((Hms{c_->PresetValue()->Hour(), c_->PresetValue()->Min(), c_->PresetValue()->Sec()}),
+              (Hms{0, 1, 30}));
+    c_->SetLimit(nullptr);  // ignored
+    EXPECT_EQ(c_->Limit()->Hour(), 1);
+}
+
 TEST_F(Counter, ClearingCountDownRestartsAStoppedCount) {
     FarLimit();
     c_->SetCountDown(true);
