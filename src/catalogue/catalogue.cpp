@@ -13,6 +13,10 @@
 #include "kx/binary/kxled.h"
 #include "kx/binary/leverswitch.h"
 #include "kx/binary/rockerswitch.h"
+#include "kx/decoration/kxbevel.h"
+#include "kx/decoration/kxgradient.h"
+#include "kx/decoration/kxlabel.h"
+#include "kx/decoration/kxpanel.h"
 #include "kx/drawing/angles.h"
 #include "kx/drawing/shapes.h"
 #include "kx/entry/numedit.h"
@@ -81,10 +85,14 @@ const TRow kRows[] = {
      Component<TKxClock>("kx/recorders/kxclock.h")},
     {kMisc, "TKxOpHourCounter", "Operating-hour counter kept in an INI file",
      Component<TKxOpHourCounter>("kx/recorders/ophourcounter.h")},
-    {kMisc, "TKxLabel", "Label with embossed, multi-line or rotated text", Absent},
-    {kMisc, "TKxBevel", "Raised or lowered bevel frame", Absent},
-    {kMisc, "TKxPanel", "Panel with bevels and a gradient surface", Absent},
-    {kMisc, "TKxGradient", "Area filled with a colour gradient", Absent},
+    {kMisc, "TKxLabel", "Status label showing one of up to 32 texts",
+     Component<TKxLabel>("kx/decoration/kxlabel.h")},
+    {kMisc, "TKxBevel", "Raised or lowered bevel frame",
+     Component<TKxBevel>("kx/decoration/kxbevel.h")},
+    {kMisc, "TKxPanel", "Panel with bevels and a gradient surface",
+     Component<TKxPanel>("kx/decoration/kxpanel.h")},
+    {kMisc, "TKxGradient", "Area filled with a colour gradient",
+     Component<TKxGradient>("kx/decoration/kxgradient.h")},
     {kMisc, "TKxTimerSpeedBtn", "Speed button that repeats while held down",
      Component<TKxTimerSpeedBtn>("kx/framework/spinbutton.h")},
     {kMisc, "TKxSpinButton", "Pair of up and down spin buttons",

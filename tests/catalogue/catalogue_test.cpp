@@ -30,26 +30,44 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
     QStringList all;
     for (const TKxCatalogueEntry& e : KxCatalogue())
         all << e.Page + '/' + e.ClassName;
-    EXPECT_EQ(
-        all,
-        (QStringList{
-            "KxMisc/TKxClock",          "KxMisc/TKxOpHourCounter", "KxMisc/TKxTimerSpeedBtn",
-            "KxMisc/TKxSpinButton",     "KxMisc/TKxNumEdit",       "KxMisc/TKxNumSpin",
-            "KxAnalogInd/TKxBar",       "KxAnalogInd/TKxVBar",     "KxAnalogInd/TKxHBar",
-            "KxAnalogInd/TKxVMeter",    "KxAnalogInd/TKxHMeter",   "KxAnalogInd/TKx120Meter",
-            "KxAnalogInd/TKx180Meter",  "KxAnalogInd/TKx270Meter", "KxAnalogInd/TKxOperatingPoint",
-            "KxAnalogInd/TKxMiniTrend", "KxAnalogInd/TKxTrend",    "KxAnalogInd/TKxPrintTrend",
-            "KxAnalogAdj/TKxDial",      "KxAnalogAdj/TKxGearDial", "KxAnalogAdj/TKxHSlider",
-            "KxAnalogAdj/TKxVSlider",   "KxBinary/TKxLED",         "KxBinary/TKxColBitBtn",
-            "KxBinary/TKxRockerSwitch", "KxBinary/TKxToggleSwitch"}));
+    EXPECT_EQ(all, (QStringList{"KxMisc/TKxClock",
+                                "KxMisc/TKxOpHourCounter",
+                                "KxMisc/TKxLabel",
+                                "KxMisc/TKxBevel",
+                                "KxMisc/TKxPanel",
+                                "KxMisc/TKxGradient",
+                                "KxMisc/TKxTimerSpeedBtn",
+                                "KxMisc/TKxSpinButton",
+                                "KxMisc/TKxNumEdit",
+                                "KxMisc/TKxNumSpin",
+                                "KxAnalogInd/TKxBar",
+                                "KxAnalogInd/TKxVBar",
+                                "KxAnalogInd/TKxHBar",
+                                "KxAnalogInd/TKxVMeter",
+                                "KxAnalogInd/TKxHMeter",
+                                "KxAnalogInd/TKx120Meter",
+                                "KxAnalogInd/TKx180Meter",
+                                "KxAnalogInd/TKx270Meter",
+                                "KxAnalogInd/TKxOperatingPoint",
+                                "KxAnalogInd/TKxMiniTrend",
+                                "KxAnalogInd/TKxTrend",
+                                "KxAnalogInd/TKxPrintTrend",
+                                "KxAnalogAdj/TKxDial",
+                                "KxAnalogAdj/TKxGearDial",
+                                "KxAnalogAdj/TKxHSlider",
+                                "KxAnalogAdj/TKxVSlider",
+                                "KxBinary/TKxLED",
+                                "KxBinary/TKxColBitBtn",
+                                "KxBinary/TKxRockerSwitch",
+                                "KxBinary/TKxToggleSwitch"}));
 
     const struct {
         const char* page;
         QStringList classes;
     } pages[] = {
         {"KxMisc",
-         {"TKxClock", "TKxOpHourCounter", "TKxTimerSpeedBtn", "TKxSpinButton", "TKxNumEdit",
-          "TKxNumSpin"}},
+         {"TKxClock", "TKxOpHourCounter", "TKxLabel", "TKxBevel", "TKxPanel", "TKxGradient",
+          "TKxTimerSpeedBtn", "TKxSpinButton", "TKxNumEdit", "TKxNumSpin"}},
         {"KxAnalogInd",
          {"TKxBar", "TKxVBar", "TKxHBar", "TKxVMeter", "TKxHMeter", "TKx120Meter", "TKx180Meter",
           "TKx270Meter", "TKxOperatingPoint", "TKxMiniTrend", "TKxTrend", "TKxPrintTrend"}},

@@ -1,0 +1,80 @@
+#include "kx/decoration/kxpanel.h"
+
+#include <QLayout>
+#include <algorithm>
+
+#include "kx/decoration/kxbevel.h"
+#include "kx/decoration/labelaccessible.h"
+#include "kx/drawing/geometry.h"
+
+namespace kx {
+
+TKxPanel::TKxPanel(QWidget* parent)
+    : TKxCustomControl(parent), bevelInner_(new TKxSBevel(this)), bevelOuter_(new TKxSBevel(this)) {
+    resize(100, 100);
+    KxInitFrameBevels(*bevelInner_, *bevelOuter_);
+    auto handler = [this](QObject* sender) { ParamChange(sender); };
+    bevelInner_->SetOnChange(handler);
+    bevelOuter_->SetOnChange(handler);
+    updateMargins();
+    KxInstallDecorationAccessibility();
+}
+
+void TKxPanel::SetBevelInner(const TKxSBevel* v) {
+    if (v && v != bevelInner_) bevelInner_->Assign(v);
+}
+
+void TKxPanel::SetBevelOuter(const TKxSBevel* v) {
+    if (v && v != bevelOuter_) bevelOuter_->Assign(v);
+}
+
+void TKxPanel::SetOptions(TKxPanelOptions v) {
+    options_ = v;
+    updateMargins();
+    Invalidate();
+}
+
+void TKxPanel::SetAutoSize(bool v) {
+    if (v == autoSize_) return;
+    autoSize_ = v;
+    updateGeometry();
+}
+
+void TKxPanel::ParamChange(QObject*) {
+    updateMargins();
+    Invalidate();
+}
+
+void TKxPanel::AdjustClientRect(TRect& r) const {
+    int32_t total = 0;
+    for (const TKxSBevel* b : {bevelOuter_, bevelInner_}) {
+        if (!HasOption(b == bevelOuter_ ? opBevelOuter : opBevelInner)) continue;
+        total += b->TotalWidth();
+        const TKxOffset& o = *b->Offset();
+        KxMultiBorder(r, o.Left(), o.Top(), o.Right(), o.Bottom());
+    }
+    KxBorder(r, total);
+}
+
+void TKxPanel::updateMargins() {
+    constexpr int32_t kBig = 1 << 20;  // any rectangle larger than the frame
+    TRect r{0, 0, kBig, kBig};
+    AdjustClientRect(r);
+    // Negative offsets would put children over the frame's outside; Qt wants margins >= 0.
+    setContentsMargins(std::max(0, r.Left), std::max(0, r.Top), std::max(0, kBig - r.Right),
+                       std::max(0, kBig - r.Bottom));
+}
+
+QSize TKxPanel::sizeHint() const {
+    if (autoSize_ && layout()) return layout()->totalSizeHint();
+    return TKxCustomControl::sizeHint();
+}
+
+void TKxPanel::Paint() {
+    if (!Visible() && !Designing()) return;
+    TRect r = ClientRect();
+    if (HasOption(opBevelOuter)) bevelOuter_->PaintFilledBevel(Canvas(), r);
+    if (HasOption(opBevelInner)) bevelInner_->PaintFilledBevel(Canvas(), r);
+}
+
+}  // namespace kx
