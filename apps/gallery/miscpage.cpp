@@ -2,13 +2,16 @@
 
 #include <QFormLayout>
 #include <QGridLayout>
-#include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <cmath>
 
+#include "kx/decoration/kxbevel.h"
+#include "kx/decoration/kxgradient.h"
+#include "kx/decoration/kxlabel.h"
+#include "kx/decoration/kxpanel.h"
 #include "kx/entry/numspin.h"
 #include "kx/framework/spinbutton.h"
 #include "kx/indicators/rmeter.h"
@@ -20,10 +23,28 @@ namespace {
 
 using namespace kx;
 
-QGroupBox* section(const QString& title, QLayout* layout) {
-    auto* box = new QGroupBox(title);
-    box->setLayout(layout);
-    return box;
+// A section of the page: a TKxPanel whose frame holds a gradient title bar and the
+// section's components.
+TKxPanel* section(const QString& title, QLayout* layout) {
+    auto* panel = new TKxPanel;
+    panel->BevelInner()->SetSpacing(2);
+    panel->BevelOuter()->SetSpacing(2);
+    auto* column = new QVBoxLayout(panel);
+    column->setContentsMargins(6, 0, 6, 6);
+    column->setSpacing(6);
+    auto* bar = new TKxGradient;
+    bar->GradSettings()->SetColorFrom(0x00804000);  // a deep blue into the panel's face
+    bar->GradSettings()->SetColorTo(clBtnFace);
+    bar->GradSettings()->SetStyle(gsVertical1);
+    bar->setFixedHeight(22);
+    bar->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    auto* caption = new QLabel(title, bar);
+    caption->setStyleSheet(QStringLiteral("color: white; font-weight: bold;"));
+    caption->move(6, 3);
+    caption->adjustSize();
+    column->addWidget(bar);
+    column->addLayout(layout);
+    return panel;
 }
 
 }  // namespace
@@ -38,9 +59,7 @@ MiscPage::MiscPage(double startTime, QWidget* parent)
     grid->addWidget(limitBox(), 0, 1);
     grid->addWidget(countBox(), 1, 0);
     grid->addWidget(hoursBox(), 1, 1);
-    grid->addWidget(HintLabel(QStringLiteral("Labels, bevels, panels and gradients will join "
-                                             "them here.")),
-                    2, 0, Qt::AlignTop);
+    grid->addWidget(stateBox(), 2, 0, 1, 2);
     grid->setRowStretch(3, 1);
     grid->setColumnStretch(2, 1);
     SetScrollContent(content);
@@ -223,6 +242,46 @@ QWidget* MiscPage::hoursBox() {
     return section(QStringLiteral("Operating hours and clocks"), grid);
 }
 
+QWidget* MiscPage::stateBox() {
+    auto* row = new QHBoxLayout;
+    // The label stands on a gradient inside a bevel frame: its surface is transparent
+    // around the text, so the gradient shows through and a new state never flickers.
+    auto* frame = new TKxBevel;
+    frame->setFixedSize(200, 56);
+    auto* back = new TKxGradient(frame);
+    back->GradSettings()->SetColorFrom(0x00303030);
+    back->GradSettings()->SetColorTo(0x00101010);
+    back->GradSettings()->SetStyle(gsHorizontal2);
+    state_ = new TKxLabel(frame);
+    state_->SetDigitText(QStringLiteral("RUNNING;FAULT;MAINTENANCE;STOPPED;"));
+    state_->Font()->SetName(QStringLiteral("Arial"));
+    state_->Font()->SetSize(14);
+    state_->Font()->SetStyle(fsBold);
+    frame->PaintToSurface();  // lays out the content area
+    const TRect c = frame->ContentRect();
+    for (QWidget* w : {static_cast<QWidget*>(back), static_cast<QWidget*>(state_)})
+        w->setGeometry(c.Left, c.Top, c.Width(), c.Height());
+    state_->resize(c.Width(), c.Height());
+    showState();
+    row->addWidget(frame);
+    row->addWidget(HintLabel(QStringLiteral(
+                       "A TKxLabel cycles through the machine states every few seconds over a "
+                       "TKxGradient in a TKxBevel. Each section of this page is a TKxPanel "
+                       "with a gradient title bar.")),
+                   1);
+    return section(QStringLiteral("Machine state"), row);
+}
+
+void MiscPage::showState() {
+    // RUNNING most of the time, now and then a fault, maintenance or a stop.
+    static constexpr int kCycle[] = {0, 0, 0, 1, 0, 0, 2, 0, 0, 3};
+    const int step = int(std::floor(time_ / 3.0)) % 10;
+    const int digit = kCycle[step < 0 ? step + 10 : step];
+    static constexpr TColor kColors[] = {clLime, clRed, clYellow, clSilver};
+    state_->Font()->SetColor(kColors[digit]);
+    state_->SetDigit(digit);
+}
+
 void MiscPage::restartFilter() {
     filter_->SetCount(false);
     filter_->SetTime(0, 0, 40);
@@ -239,6 +298,7 @@ void MiscPage::Step(double seconds) {
     time_ += seconds;
     // The tank fills and empties over a minute, now and then above the limit.
     tank_->SetValue(float(55.0 + 40.0 * std::sin(time_ * 2.0 * M_PI / 60.0)));
+    showState();
 }
 
 }  // namespace kxgallery

@@ -4,8 +4,9 @@
 // meter whose level the plant moves; a spin button and a repeating speed button step a
 // count. Two operating-hour counters (one counting up towards a service limit, one
 // counting down to a filter change) keep their counts in kxgallery.ini in the gallery's
-// output folder; two clocks show the time and the date. Labels, bevels, panels and
-// gradients come later.
+// output folder; two clocks show the time and the date. A status label cycles through
+// machine states over a gradient in a bevel, and every section is a panel with a
+// gradient title bar.
 #include <array>
 
 #include "pages.h"
@@ -15,6 +16,7 @@ class QLabel;
 namespace kx {
 class TKx180Meter;
 class TKxClock;
+class TKxLabel;
 class TKxNumEdit;
 class TKxOpHourCounter;
 class TKxNumSpin;
@@ -43,6 +45,7 @@ class MiscPage : public GalleryPage {
     // "Service due" / "Filter change due" while the counters say so.
     QLabel* ServiceLabel() const { return serviceLabel_; }
     QLabel* FilterLabel() const { return filterLabel_; }
+    kx::TKxLabel* StateLabel() const { return state_; }
 
     void Step(double seconds) override;
 
@@ -51,6 +54,8 @@ class MiscPage : public GalleryPage {
     QWidget* limitBox();
     QWidget* countBox();
     QWidget* hoursBox();
+    QWidget* stateBox();
+    void showState();
     void restartFilter();
     void setCount(int count);
 
@@ -66,6 +71,7 @@ class MiscPage : public GalleryPage {
     kx::TKxClock* dateClock_ = nullptr;
     QLabel* serviceLabel_ = nullptr;
     QLabel* filterLabel_ = nullptr;
+    kx::TKxLabel* state_ = nullptr;
     double time_;
     int count_ = 0;
 };

@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QTemporaryDir>
 
+#include "kx/decoration/kxlabel.h"
 #include "kx/entry/numspin.h"
 #include "kx/framework/spinbutton.h"
 #include "kx/indicators/rmeter.h"
@@ -59,6 +60,18 @@ TEST(MiscPage, TheSpinSetsTheMetersLimitAndTheButtonsCount) {
     EXPECT_EQ(page.Count(), 11);
     page.Step(15.0);  // a quarter of the tank's cycle: full
     EXPECT_NEAR(page.TankMeter()->Value(), 95.0f, 0.01f);
+}
+
+TEST(MiscPage, TheStateLabelCyclesThroughTheMachineStates) {
+    MiscPage page(0.0);
+    kx::TKxLabel* l = page.StateLabel();
+    QStringList seen;
+    for (int i = 0; i < 10; ++i) {
+        if (!seen.contains(l->ShownText())) seen << l->ShownText();
+        page.Step(3.0);
+    }
+    EXPECT_EQ(seen, (QStringList{"RUNNING", "FAULT", "MAINTENANCE", "STOPPED"}));
+    EXPECT_EQ(l->Font()->Color(), kx::clLime);  // back to running after a full cycle
 }
 
 TEST(MiscPage, CountersGoOnWhereTheyStopped) {
