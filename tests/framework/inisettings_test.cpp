@@ -99,6 +99,7 @@ TEST_F(IniSettingsFile, AutoHandleActsOnlyWithAutoLoadSaveAndKeepsTheLastError) 
     s_.AutoHandle(false);
     EXPECT_EQ(events_, QStringList{"write"});
     EXPECT_FALSE(s_.LastError());
+    EXPECT_TRUE(s_.LastErrorText().isEmpty());
 }
 
 TEST_F(IniSettingsFile, FailuresAreReportedNotThrown) {

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QWidget>
+#include <functional>
 #include <memory>
 
 #include "common/test_env.h"
@@ -335,6 +336,21 @@ TEST_F(Counter, APulseRedrawsOnlyTheTextArea) {
     EXPECT_EQ(c_->Surface().Pixel(r.Left, r.Top), 0xFFFFFF);  // clWindow
     EXPECT_GT(inkIn(c_->Surface(), r), 0);
     EXPECT_NE(c_->Surface().Image(), before);
+}
+
+TEST_F(Counter, FrameAndFontChangesRepaint) {
+    FarLimit();
+    const std::function<void()> changes[] = {
+        [&] { c_->BevelOuter()->SetWidth(3); }, [&] { c_->BevelInner()->SetColor(clYellow); },
+        [&] { c_->Font()->SetSize(12); }, [&] { c_->SetSeparatorChar(" "); },
+        [&] { c_->SetIndicate(C::oiHour); }};
+    for (const auto& change : changes) {
+        c_->PaintToSurface();
+        const QImage before = c_->Surface().Image();
+        change();
+        c_->PaintToSurface();
+        EXPECT_NE(c_->Surface().Image(), before) << &change - changes;
+    }
 }
 
 TEST_F(Counter, TextIsCentredOrCutAtTheRight) {
