@@ -21,7 +21,7 @@ class TKxDesignerWidget : public QObject, public QDesignerCustomWidgetInterface 
     QString whatsThis() const override { return entry_.Description; }
     QString includeFile() const override { return entry_.Header; }
     QIcon icon() const override;
-    bool isContainer() const override { return false; }
+    bool isContainer() const override { return entry_.Container; }
     QWidget* createWidget(QWidget* parent) override;
     bool isInitialized() const override { return initialized_; }
     // Designer calls it; form builders do not.

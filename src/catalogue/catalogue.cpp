@@ -48,6 +48,7 @@ struct TMaker {
     TKxCatalogueEntry::TFactory factory = nullptr;
     const char* header = nullptr;
     TKxCatalogueEntry::TIconPainter icon = nullptr;
+    bool container = false;
 };
 
 template <class T>
@@ -58,6 +59,11 @@ QWidget* make(QWidget* parent) {
 template <class T>
 constexpr TMaker Component(const char* header, TKxCatalogueEntry::TIconPainter icon = nullptr) {
     return TMaker{&make<T>, header, icon};
+}
+
+template <class T>
+constexpr TMaker Container(const char* header) {
+    return TMaker{&make<T>, header, nullptr, true};
 }
 
 constexpr TMaker Absent{};
@@ -90,7 +96,7 @@ const TRow kRows[] = {
     {kMisc, "TKxBevel", "Raised or lowered bevel frame",
      Component<TKxBevel>("kx/decoration/kxbevel.h")},
     {kMisc, "TKxPanel", "Panel with bevels and a gradient surface",
-     Component<TKxPanel>("kx/decoration/kxpanel.h")},
+     Container<TKxPanel>("kx/decoration/kxpanel.h")},
     {kMisc, "TKxGradient", "Area filled with a colour gradient",
      Component<TKxGradient>("kx/decoration/kxgradient.h")},
     {kMisc, "TKxTimerSpeedBtn", "Speed button that repeats while held down",
@@ -160,6 +166,7 @@ std::vector<TKxCatalogueEntry> build() {
         e.Description = QString::fromUtf8(row.description);
         e.Factory = row.maker.factory;
         e.IconPainter = row.maker.icon;
+        e.Container = row.maker.container;
         entries.push_back(std::move(e));
     }
     return entries;

@@ -1,10 +1,9 @@
 #include "kx/decoration/kxlabel.h"
 
-#include <QAccessible>
-
 #include "kx/decoration/labelaccessible.h"
 #include "kx/drawing/geometry.h"
 #include "kx/drawing/strings.h"
+#include "kx/framework/accessible.h"
 #include "kx/host/numeric.h"
 
 namespace kx {
@@ -76,10 +75,7 @@ void TKxLabel::parse() {
 
 void TKxLabel::draw() {
     if (paintedOnce_ && (Visible() || Designing())) Invalidate();
-    if (QAccessible::isActive()) {
-        QAccessibleValueChangeEvent changed(this, ShownText());
-        QAccessible::updateAccessibility(&changed);
-    }
+    KxAccessibleTextChanged(this, ShownText());
 }
 
 void TKxLabel::Paint() {

@@ -318,6 +318,12 @@ void KxAccessibleValueChanged(QObject* control, double value) {
     QAccessible::updateAccessibility(&e);
 }
 
+void KxAccessibleTextChanged(QObject* control, const QString& text) {
+    if (!control || !QAccessible::isActive()) return;
+    QAccessibleValueChangeEvent e(control, text);
+    QAccessible::updateAccessibility(&e);
+}
+
 void KxAccessibleStateChanged(QObject* control) {
     if (!control || !QAccessible::isActive()) return;
     QAccessible::State changed;

@@ -1,8 +1,7 @@
 #include "kx/recorders/seconddisplay.h"
 
-#include <QAccessible>
-
 #include "kx/blink/flashtimer.h"
+#include "kx/framework/accessible.h"
 #include "kx/recorders/trendaccessible.h"
 
 namespace kx {
@@ -79,10 +78,7 @@ void TKxSecondDisplay::PaintText() {
     const TPoint at = TextPosition(c.TextWidth(text), c.TextHeight(text), aw, ah);
     c.TextOut(at.X, at.Y, text);
     Canvas().Draw(textRect_.Left, textRect_.Top, textBitmap_);
-    if (QAccessible::isActive()) {
-        QAccessibleValueChangeEvent changed(this, text);
-        QAccessible::updateAccessibility(&changed);
-    }
+    KxAccessibleTextChanged(this, text);
 }
 
 }  // namespace kx

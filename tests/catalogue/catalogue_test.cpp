@@ -79,6 +79,13 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
         EXPECT_EQ(classNames(KxCataloguePage(QString::fromLatin1(p.page))), p.classes) << p.page;
 }
 
+TEST(Catalogue, OnlyThePanelHoldsOtherWidgets) {
+    QStringList containers;
+    for (const TKxCatalogueEntry& e : KxCatalogue())
+        if (e.Container) containers << e.ClassName;
+    EXPECT_EQ(containers, QStringList{"TKxPanel"});
+}
+
 TEST(Catalogue, EntriesNameTheirClassAndHeader) {
     for (const TKxCatalogueEntry& e : KxCatalogue()) {
         SCOPED_TRACE(e.ClassName.toStdString());

@@ -417,7 +417,10 @@ QStringList seen;
 
 void Record(QAccessibleEvent* e) {
     QString what;
-    if (e->type() == QAccessible::ValueChanged)
+    const auto* change = static_cast<QAccessibleValueChangeEvent*>(e);
+    if (e->type() == QAccessible::ValueChanged && change->value().typeId() == QMetaType::QString)
+        what = "text " + change->value().toString();
+    else if (e->type() == QAccessible::ValueChanged)
         what = "value " +
                QString::number(static_cast<QAccessibleValueChangeEvent*>(e)->value().toDouble(),
                                'g', QLocale::FloatingPointShortest);
@@ -470,6 +473,7 @@ TEST_F(AccessibleEvents, NothingIsSentNorLookedUpWhileNoToolListens) {
     KxAccessibleValueChanged(&meter, 1.0);
     KxAccessibleStateChanged(&toggle);
     KxAccessibleDescriptionChanged(&meter);
+    KxAccessibleTextChanged(&meter, "x");
     QAccessible::removeFactory(&CountLookups);
     EXPECT_EQ(lookups, 0);
     EXPECT_TRUE(seen.empty());
@@ -488,10 +492,12 @@ TEST_F(AccessibleEvents, SentWithWhatChangedWhileAToolListens) {
     KxAccessibleStateChanged(&led);  // an indicator: lit, not pressed
     KxAccessibleStateChanged(nullptr);
     KxAccessibleDescriptionChanged(&meter);
+    KxAccessibleTextChanged(&meter, "0012h:05m");
+    KxAccessibleTextChanged(nullptr, "x");
     EXPECT_EQ(seen,
               (QStringList{"meter value 12.5", "meter value 0.1", "meter value 0.3333333333333333",
                            "meter value 1e+300", "switch state checked", "button state pressed",
-                           "led state checked", "meter description"}));
+                           "led state checked", "meter description", "meter text 0012h:05m"}));
     // The event and the interface report a reading alike.
     meter.SetValue(0.3f);
     seen.clear();

@@ -353,6 +353,24 @@ TEST_F(Counter, FrameAndFontChangesRepaint) {
     }
 }
 
+TEST_F(Counter, FrameAndFontSettersCopy) {
+    TKxSBevel bevel;
+    bevel.SetWidth(4);
+    TFont font;
+    font.SetSize(20);
+    c_->SetBevelOuter(&bevel);
+    c_->SetBevelInner(&bevel);
+    c_->SetFont(&font);
+    EXPECT_EQ(c_->BevelOuter()->Width(), 4);
+    EXPECT_EQ(c_->BevelInner()->Width(), 4);
+    EXPECT_EQ(c_->Font()->Size(), 20);
+    c_->SetBevelOuter(nullptr);  // ignored
+    c_->SetBevelInner(nullptr);
+    c_->SetFont(nullptr);
+    EXPECT_EQ(c_->BevelOuter()->Width(), 4);
+    EXPECT_TRUE(c_->testAttribute(Qt::WA_OpaquePaintEvent));  // the frame covers it all
+}
+
 TEST_F(Counter, TextIsCentredOrCutAtTheRight) {
     FarLimit();
     c_->PaintToSurface();

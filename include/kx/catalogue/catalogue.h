@@ -42,6 +42,8 @@ struct TKxCatalogueEntry {
     QString Description;  // one line, for tool tips
     TFactory Factory = nullptr;
     TIconPainter IconPainter = nullptr;
+    // Whether the component holds other widgets (Designer lets them be dropped into it).
+    bool Container = false;
 
     // A new component (in its construction phase, as from `new`). The caller owns it
     // unless parent does.

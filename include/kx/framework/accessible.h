@@ -129,6 +129,8 @@ void KxInstallAccessibility();
 // A new reading or setting. A value exactly representable in single precision (the controls store
 // floats) is reported in its shortest decimal form, as currentValue reports it.
 void KxAccessibleValueChanged(QObject* control, double value);
+// A new text of a component whose value is a text (a counter's time, a label's state).
+void KxAccessibleTextChanged(QObject* control, const QString& text);
 // A binary element's Checked changed (for a mButton element: its pressed state).
 void KxAccessibleStateChanged(QObject* control);
 // The Description changed: an analog control's alarm state, a binary element's blinking.
