@@ -33,8 +33,8 @@ TKxPanel* section(const QString& title, QLayout* layout) {
     column->setContentsMargins(6, 0, 6, 6);
     column->setSpacing(6);
     auto* bar = new TKxGradient;
-    bar->GradSettings()->SetColorFrom(0x00804000);  // a deep blue into the panel's face
-    bar->GradSettings()->SetColorTo(clBtnFace);
+    bar->GradSettings()->SetColorFrom(0x00602000);  // a deep blue
+    bar->GradSettings()->SetColorTo(0x00B08040);    // a lighter blue: white text stays legible
     bar->GradSettings()->SetStyle(gsVertical1);
     bar->setFixedHeight(22);
     bar->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
