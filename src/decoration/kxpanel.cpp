@@ -18,6 +18,7 @@ TKxPanel::TKxPanel(QWidget* parent)
     bevelOuter_->SetOnChange(handler);
     updateMargins();
     KxInstallDecorationAccessibility();
+    updateOpacity();
 }
 
 void TKxPanel::SetBevelInner(const TKxSBevel* v) {
@@ -31,6 +32,7 @@ void TKxPanel::SetBevelOuter(const TKxSBevel* v) {
 void TKxPanel::SetOptions(TKxPanelOptions v) {
     options_ = v;
     updateMargins();
+    updateOpacity();
     Invalidate();
 }
 
@@ -63,6 +65,12 @@ void TKxPanel::updateMargins() {
     // Negative offsets would put children over the frame's outside; Qt wants margins >= 0.
     setContentsMargins(std::max(0, r.Left), std::max(0, r.Top), std::max(0, kBig - r.Right),
                        std::max(0, kBig - r.Bottom));
+}
+
+void TKxPanel::updateOpacity() {
+    // Either bevel fills the whole panel, so Qt need not paint what lies behind it; without
+    // both the panel draws nothing and its parent shows through.
+    setAttribute(Qt::WA_OpaquePaintEvent, options_ != 0);
 }
 
 QSize TKxPanel::sizeHint() const {

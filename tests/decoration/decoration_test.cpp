@@ -6,8 +6,8 @@
 #include <QAccessible>
 #include <QLabel>
 #include <QVBoxLayout>
-#include <functional>
 #include <cmath>
+#include <functional>
 #include <memory>
 
 #include "common/test_env.h"
@@ -135,6 +135,12 @@ TEST(Panel, ChildrenOfALayoutSitInsideAndAutoSizeAsksForThem) {
 
 TEST(Panel, IsPaintedFilledEverywhere) {
     TKxPanel p;
+    EXPECT_TRUE(p.testAttribute(Qt::WA_OpaquePaintEvent));
+    p.SetOptions(0);
+    EXPECT_FALSE(p.testAttribute(Qt::WA_OpaquePaintEvent));
+    p.PaintToSurface();
+    EXPECT_TRUE(transparentAt(p, 50, 50));
+    p.SetOptions(TKxPanel::Option(TKxPanel::opBevelInner));
     p.PaintToSurface();
     for (int y = 0; y < 100; y += 7)
         for (int x = 0; x < 100; x += 7)

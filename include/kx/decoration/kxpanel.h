@@ -10,7 +10,8 @@
 // Options at once; a side that would come out negative (negative offsets) is 0.
 //
 // Painting: the outer bevel filled, then the inner one filled (each only with its option),
-// so the whole panel is opaque; children paint over it.
+// so the whole panel is opaque; children paint over it. Without either option nothing is
+// drawn and the parent shows through.
 //
 // AutoSize: when set and the panel has a layout, the panel's size hint is the layout's
 // (frame included), so an enclosing layout gives it the room its children ask for; when
@@ -63,6 +64,7 @@ class TKxPanel : public TKxCustomControl {
 
   private:
     void updateMargins();
+    void updateOpacity();
 
     TKxSBevel* bevelInner_;
     TKxSBevel* bevelOuter_;
