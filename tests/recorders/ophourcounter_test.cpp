@@ -364,9 +364,16 @@ TEST_F(Counter, FrameAndFontSettersCopy) {
     EXPECT_EQ(c_->BevelOuter()->Width(), 4);
     EXPECT_EQ(c_->BevelInner()->Width(), 4);
     EXPECT_EQ(c_->Font()->Size(), 20);
+    TIniSettings ini;
+    ini.SetSection("Copied");
+    c_->SetIniSettings(&ini);
+    EXPECT_EQ(c_->IniSettings()->Section(), "Copied");
     c_->SetBevelOuter(nullptr);  // ignored
     c_->SetBevelInner(nullptr);
     c_->SetFont(nullptr);
+    c_->SetIniSettings(nullptr);
+    c_->SetLimit(nullptr);
+    c_->SetPresetValue(nullptr);
     EXPECT_EQ(c_->BevelOuter()->Width(), 4);
     EXPECT_TRUE(c_->testAttribute(Qt::WA_OpaquePaintEvent));  // the frame covers it all
 }
