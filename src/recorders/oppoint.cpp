@@ -141,6 +141,7 @@ void TKxOperatingPoint::SetTail(bool b) {
 }
 
 void TKxOperatingPoint::SetCharacteristicBMP(const QImage& image) {
+    pictureFile_.clear();
     QImage pixels;
     if (!image.isNull()) pixels = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
     if (pixels.isNull()) {
@@ -157,6 +158,11 @@ void TKxOperatingPoint::SetCharacteristicBMP(const QImage& image) {
             TRect{kPictureInset, kPictureInset, w - kPictureInset, h - kPictureInset});
     }
     Invalidate();
+}
+
+void TKxOperatingPoint::SetCharacteristicFile(const QString& fileName) {
+    LoadCharacteristicBMP(fileName);
+    pictureFile_ = fileName;
 }
 
 bool TKxOperatingPoint::LoadCharacteristicBMP(const QString& fileName) {

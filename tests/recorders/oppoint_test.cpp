@@ -517,6 +517,21 @@ TEST_F(OperatingPoint, DigitsAndValuesFollowEachOther) {
     EXPECT_EQ(op_->TailCount(), n + 1);
 }
 
+TEST_F(OperatingPoint, APictureFileNamedInAFormIsLoaded) {
+    QTemporaryDir dir;
+    const QString file = dir.filePath("curves.png");
+    ASSERT_TRUE(pattern(30, 20).save(file));
+    op_->setProperty("CharacteristicFile", file);  // as a loaded form sets it
+    EXPECT_EQ(op_->CharacteristicFile(), file);
+    EXPECT_EQ(op_->size(), QSize(30, 20));
+    EXPECT_EQ(op_->IndRect()->GetxyRect(), (TRect{4, 4, 26, 16}));
+    op_->SetCharacteristicFile(dir.filePath("missing.png"));
+    EXPECT_TRUE(op_->CharacteristicBMP().isNull());
+    op_->SetCharacteristicFile(file);
+    op_->SetCharacteristicBMP(pattern(10, 10));
+    EXPECT_TRUE(op_->CharacteristicFile().isEmpty());  // the picture no longer comes from it
+}
+
 TEST_F(OperatingPoint, WhatAssistiveToolsLearn) {
     QAccessibleInterface* a = QAccessible::queryAccessibleInterface(op_.get());
     ASSERT_NE(a, nullptr);

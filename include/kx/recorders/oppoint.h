@@ -74,7 +74,11 @@
 //  - CharacteristicBMP (QImage, empty): the picture. A non-empty one resizes the control
 //    to its size and sets IndRect to its rectangle shrunk by 4 on every side; both
 //    repaint. LoadCharacteristicBMP reads any file QImage reads. Not designable: Designer
-//    has no image editor, so the application sets it.
+//    has no image editor, so the application sets it, or names a file:
+//  - CharacteristicFile (string, empty): setting it loads that file as the picture (a
+//    relative name from the current folder), so a form made in Designer can bring its
+//    picture along; a file that cannot be read leaves the picture empty. Setting the
+//    picture directly clears the name.
 //  - SignalSettingsX, SignalSettingsY (TSignalSettings, owned; flat as
 //    SignalSettingsX_ValueTo, ...): the axes. The setters copy.
 //  - ValueX, ValueY (single, 0): the operating point in engineering units.
@@ -147,6 +151,7 @@ class TKxOperatingPoint : public TKxGraphicControl {
     Q_PROPERTY(QColor Color READ color WRITE setColor)
     Q_PROPERTY(
         QImage CharacteristicBMP READ CharacteristicBMP WRITE SetCharacteristicBMP DESIGNABLE false)
+    Q_PROPERTY(QString CharacteristicFile READ CharacteristicFile WRITE setCharacteristicFile)
     Q_PROPERTY(kx::TSignalSettings* SignalSettingsX READ SignalSettingsX WRITE SetSignalSettingsX
                    DESIGNABLE false)
     Q_PROPERTY(kx::TSignalSettings* SignalSettingsY READ SignalSettingsY WRITE SetSignalSettingsY
@@ -182,6 +187,9 @@ class TKxOperatingPoint : public TKxGraphicControl {
     // Reads the picture from a file in any format QImage reads. On failure (no such file,
     // not an image) the picture becomes empty and the result is false.
     bool LoadCharacteristicBMP(const QString& fileName);
+    const QString& CharacteristicFile() const { return pictureFile_; }
+    void SetCharacteristicFile(const QString& fileName);
+    void setCharacteristicFile(const QString& fileName) { SetCharacteristicFile(fileName); }
     TSignalSettings* SignalSettingsX() const { return axisX_; }
     void SetSignalSettingsX(const TSignalSettings* v);
     TSignalSettings* SignalSettingsY() const { return axisY_; }
@@ -256,6 +264,7 @@ class TKxOperatingPoint : public TKxGraphicControl {
     void Paint() override;
 
   private:
+    QString pictureFile_;
     void drawPoints(bool fromPaint);
     // Stores (x, y) as the newest entry and, with a canvas, draws tail and marker on it;
     // origin is the indicator-area position of the canvas's (0, 0).
