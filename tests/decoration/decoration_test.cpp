@@ -87,6 +87,68 @@ TEST(Bevel, ValueNotifiesOnlyChanges) {
     EXPECT_EQ(b.ValueFormat(), "0.00");
 }
 
+// First of the panel tests: a panel alone (no label made yet) brings its interface.
+TEST(Panel, IsAGroupForAssistiveTools) {
+    TKxPanel p;
+    p.setObjectName("Pumps");
+    QAccessibleInterface* a = QAccessible::queryAccessibleInterface(&p);
+    ASSERT_NE(a, nullptr);
+    EXPECT_EQ(a->role(), QAccessible::Grouping);
+    EXPECT_EQ(a->text(QAccessible::Name), "Pumps");
+}
+
+TEST(Panel, SettersCopyAndEveryChangeRepaints) {
+    TKxPanel p;
+    TKxSBevel wide;
+    wide.SetWidth(5);
+    wide.SetBevelLine(blNone);
+    p.SetBevelInner(&wide);
+    p.SetBevelOuter(&wide);
+    EXPECT_EQ(p.BevelInner()->Width(), 5);
+    EXPECT_EQ(p.contentsMargins().left(), 2 * (5 + 5));
+    p.SetBevelInner(nullptr);  // ignored
+    p.SetBevelOuter(nullptr);
+    const std::function<void()> changes[] = {
+        [&] { p.BevelInner()->SetColor(clRed); }, [&] { p.BevelOuter()->SetColor(clBlue); },
+        [&] { p.SetOptions(TKxPanel::Option(TKxPanel::opBevelOuter)); }};
+    for (const auto& change : changes) {
+        p.PaintToSurface();
+        const QImage before = p.Surface().Image();
+        change();
+        p.PaintToSurface();
+        EXPECT_NE(p.Surface().Image(), before) << &change - changes;
+    }
+    p.SetOptions(TKxPanel::Option(TKxPanel::opBevelInner));
+    p.BevelInner()->SetWidth(1);  // the inner bevel's changes reach the margins too
+    EXPECT_EQ(p.contentsMargins().left(), 5 + 1);
+}
+
+TEST(Panel, AutoSizeAsksTheEnclosingLayoutAgain) {
+    QWidget outer;
+    auto* outerLayout = new QVBoxLayout(&outer);
+    auto* p = new TKxPanel;
+    outerLayout->addWidget(p);
+    auto* inner = new QVBoxLayout(p);
+    auto* child = new QLabel("x");
+    child->setFixedSize(40, 30);
+    inner->addWidget(child);
+    int requests = 0;
+    struct Counter : QObject {
+        int& n;
+        explicit Counter(int& count) : n(count) {}
+        bool eventFilter(QObject*, QEvent* e) override {
+            n += e->type() == QEvent::LayoutRequest;
+            return false;
+        }
+    } counter(requests);
+    outer.show();  // a hidden widget's hint is not asked for
+    QCoreApplication::processEvents();
+    outer.installEventFilter(&counter);
+    p->SetAutoSize(true);
+    QCoreApplication::processEvents();
+    EXPECT_GE(requests, 1);
+}
+
 TEST(Panel, ClientAreaLiesInsideTheFrame) {
     const struct {
         TKxPanel::TKxPanelOptions options;
@@ -154,6 +216,10 @@ class Label : public ::testing::Test {
 };
 
 TEST_F(Label, ChoosesTheTextOrTheDefault) {
+    QString numbers;
+    for (int i = 0; i < 32; ++i)
+        numbers += QString::number(i) + ';';
+    EXPECT_EQ(l_.DigitText(), numbers);
     EXPECT_EQ(l_.ShownText(), "0");
     EXPECT_EQ(l_.Text(31), "31");
     l_.SetDigitText("RUNNING;FAULT;;MAINTENANCE");
@@ -252,11 +318,6 @@ TEST_F(Label, WhatAssistiveToolsLearn) {
     EXPECT_EQ(a->text(QAccessible::Value), "FAULT");
     l_.setAccessibleName("Machine state");
     EXPECT_EQ(a->text(QAccessible::Name), "Machine state");
-    TKxPanel p;
-    p.setObjectName("Pumps");
-    QAccessibleInterface* pa = QAccessible::queryAccessibleInterface(&p);
-    EXPECT_EQ(pa->role(), QAccessible::Grouping);
-    EXPECT_EQ(pa->text(QAccessible::Name), "Pumps");
 }
 
 TEST(Gradient, EveryStyleRunsFromTheFirstColourToTheSecond) {
