@@ -65,6 +65,45 @@ TEST(Bevel, EmptyPaintsNothingAndTransparentLeavesTheFace) {
     EXPECT_FALSE(transparentAt(clear, 0, 50));
 }
 
+// Settings given to a frame or a gradient are copied (null is ignored), and every change
+// shows at the next paint.
+TEST(Bevel, SettersCopyAndEveryChangeRepaints) {
+    TKxBevel b;
+    TKxSBevel wide;
+    wide.SetWidth(6);
+    b.SetBevelInner(&wide);
+    b.SetBevelOuter(&wide);
+    EXPECT_EQ(b.BevelInner()->Width(), 6);
+    EXPECT_EQ(b.BevelOuter()->Width(), 6);
+    b.SetBevelInner(nullptr);
+    b.SetBevelOuter(nullptr);
+    const std::function<void()> changes[] = {[&] { b.BevelInner()->SetColor(clRed); },
+                                             [&] { b.BevelOuter()->SetColor(clBlue); },
+                                             [&] { b.SetOptions(B::Option(B::opBevelInner)); }};
+    for (const auto& change : changes) {
+        b.PaintToSurface();
+        const QImage before = b.Surface().Image();
+        change();
+        b.PaintToSurface();
+        EXPECT_NE(b.Surface().Image(), before) << &change - changes;
+    }
+}
+
+TEST(Gradient, SettersCopyAndEveryChangeRepaints) {
+    TKxGradient g;
+    EXPECT_TRUE(g.testAttribute(Qt::WA_OpaquePaintEvent));  // it covers every pixel
+    TKxGradSettings s;
+    s.SetColorFrom(clRed);
+    g.SetGradSettings(&s);
+    EXPECT_EQ(g.GradSettings()->ColorFrom(), clRed);
+    g.SetGradSettings(nullptr);
+    g.PaintToSurface();
+    const QImage before = g.Surface().Image();
+    g.GradSettings()->SetStyle(gsVertical1);
+    g.PaintToSurface();
+    EXPECT_NE(g.Surface().Image(), before);
+}
+
 class IndBevel : public TKxCustomIndBevel {
   public:
     IndBevel() : TKxCustomIndBevel(nullptr) {}
