@@ -417,19 +417,18 @@ QStringList seen;
 
 void Record(QAccessibleEvent* e) {
     QString what;
-    const auto* change = static_cast<QAccessibleValueChangeEvent*>(e);
-    if (e->type() == QAccessible::ValueChanged && change->value().typeId() == QMetaType::QString)
-        what = "text " + change->value().toString();
-    else if (e->type() == QAccessible::ValueChanged)
-        what = "value " +
-               QString::number(static_cast<QAccessibleValueChangeEvent*>(e)->value().toDouble(),
-                               'g', QLocale::FloatingPointShortest);
-    else if (e->type() == QAccessible::StateChanged)
+    if (e->type() == QAccessible::ValueChanged) {
+        const QVariant v = static_cast<QAccessibleValueChangeEvent*>(e)->value();
+        what = v.typeId() == QMetaType::QString
+                   ? "text " + v.toString()
+                   : "value " + QString::number(v.toDouble(), 'g', QLocale::FloatingPointShortest);
+    } else if (e->type() == QAccessible::StateChanged) {
         what = "state " + StateWords(static_cast<QAccessibleStateChangeEvent*>(e)->changedStates());
-    else if (e->type() == QAccessible::DescriptionChanged)
+    } else if (e->type() == QAccessible::DescriptionChanged) {
         what = "description";
-    else
+    } else {
         what = QString::number(e->type(), 16);
+    }
     seen << e->object()->objectName() + ' ' + what;
 }
 
