@@ -76,10 +76,20 @@ TEST(FormPosClamp, ScreenWithTheLargestOverlapWins) {
         // A form without area is placed by its top-left pixel.
         {"empty form on left monitor", {-640, 500}, {0, 0}, 0, {-640, 500}},
         {"empty form at the far edge", {1920, 500}, {0, 0}, 0, {1920, 500}},
+        {"empty form at the bottom edge", {100, 1080}, {0, 0}, 0, {100, 1080}},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(KxClampFormPos(c.p, c.size, screens, c.primary), c.expected) << c.what;
     }
+}
+
+TEST(FormPosClamp, OverlapIsCountedOnlyWhereTheFormLies) {
+    const QRect a(0, 0, 1920, 1080), b(1920, 0, 1920, 1080);
+    // Far above and left of both: no overlap anywhere (two negative extents do not make
+    // one), so the primary screen takes it.
+    EXPECT_EQ(KxClampFormPos({-5000, -5000}, {400, 300}, {a, b}, 0), QPoint(0, 0));
+    // A form without area counts as its top-left pixel, which lies on a, the second screen.
+    EXPECT_EQ(KxClampFormPos({1919, 100}, {0, 0}, {b, a}, 1), QPoint(1919, 100));
 }
 
 TEST(FormPosClamp, NoScreensOrExtremeScreens) {
