@@ -90,6 +90,8 @@ TEST(FormPosClamp, OverlapIsCountedOnlyWhereTheFormLies) {
     EXPECT_EQ(KxClampFormPos({-5000, -5000}, {400, 300}, {a, b}, 0), QPoint(0, 0));
     // A form without area counts as its top-left pixel, which lies on a, the second screen.
     EXPECT_EQ(KxClampFormPos({1919, 100}, {0, 0}, {b, a}, 1), QPoint(1919, 100));
+    const QRect below(0, 1080, 1920, 1080);
+    EXPECT_EQ(KxClampFormPos({100, 1079}, {0, 0}, {below, a}, 1), QPoint(100, 1079));
 }
 
 TEST(FormPosClamp, NoScreensOrExtremeScreens) {
