@@ -5,6 +5,17 @@
 
 namespace kx {
 
+void KxPaintFrameBevels(TCanvas& canvas, TRect& r, const TKxSBevel* outer, const TKxSBevel* inner,
+                        bool filled) {
+    for (const TKxSBevel* b : {outer, inner}) {
+        if (!b) continue;
+        if (filled)
+            b->PaintFilledBevel(canvas, r);
+        else
+            b->PaintBevel(canvas, r);
+    }
+}
+
 void KxInitFrameBevels(TKxSBevel& inner, TKxSBevel& outer) {
     inner.SetStyle(bsLowered);
     inner.SetSpacing(5);
@@ -45,14 +56,8 @@ void TKxCustomBevel::ParamChange(QObject*) {
 
 void TKxCustomBevel::CanPaint(TCanvas& canvas) {
     TRect r = ClientRect();
-    const bool filled = !HasOption(opTranparent);
-    for (TKxSBevel* b : {bevelOuter_, bevelInner_}) {
-        if (!HasOption(b == bevelOuter_ ? opBevelOuter : opBevelInner)) continue;
-        if (filled)
-            b->PaintFilledBevel(canvas, r);
-        else
-            b->PaintBevel(canvas, r);
-    }
+    KxPaintFrameBevels(canvas, r, HasOption(opBevelOuter) ? bevelOuter_ : nullptr,
+                       HasOption(opBevelInner) ? bevelInner_ : nullptr, !HasOption(opTranparent));
     content_ = r;
 }
 

@@ -81,8 +81,8 @@ QSize TKxPanel::sizeHint() const {
 void TKxPanel::Paint() {
     if (!Visible() && !Designing()) return;
     TRect r = ClientRect();
-    if (HasOption(opBevelOuter)) bevelOuter_->PaintFilledBevel(Canvas(), r);
-    if (HasOption(opBevelInner)) bevelInner_->PaintFilledBevel(Canvas(), r);
+    KxPaintFrameBevels(Canvas(), r, HasOption(opBevelOuter) ? bevelOuter_ : nullptr,
+                       HasOption(opBevelInner) ? bevelInner_ : nullptr, true);
 }
 
 }  // namespace kx

@@ -95,5 +95,9 @@ class TKxCustomIndBevel : public TKxCustomBevel {
 
 // The two bevels as every frame of the library sets them up.
 void KxInitFrameBevels(TKxSBevel& inner, TKxSBevel& outer);
+// Paints the outer and then the inner bevel into r (each only when asked for), filled or
+// as lines only, and leaves r the area inside them.
+void KxPaintFrameBevels(TCanvas& canvas, TRect& r, const TKxSBevel* outer, const TKxSBevel* inner,
+                        bool filled);
 
 }  // namespace kx
