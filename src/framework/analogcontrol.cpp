@@ -76,6 +76,8 @@ TKxAnalogGControl::TKxAnalogGControl(QWidget* parent)
 // --- properties ------------------------------------------------------------------------
 
 void TKxAnalogGControl::SetValue(float v) {
+    if (std::isnan(v)) return;
+    v = NormalizeReading(v);
     if (std::isnan(v) || v == value_) return;
     if (logScale_ && v <= 0.0f) return;
     value_ = v;
@@ -119,6 +121,11 @@ void TKxAnalogGControl::SetDigit(int32_t d) {
     } else if (logFactor_ - logOffset_ != 0.0) {
         const double v = KxPower(10.0, steps / logFactor_ - logOffset_);
         if (!std::isnan(v)) value_ = ToSingle(v);
+    }
+    const float n = NormalizeReading(value_);
+    if (!std::isnan(n) && n != value_) {
+        value_ = n;
+        digit_ = logScale_ ? logDigit(n) : linearDigit(n);
     }
     applyReading();
 }

@@ -251,6 +251,10 @@ class TKxAnalogGControl : public TKxGraphicControl {
     // Runs Change (ParamChange unless an update phase is in progress).
     virtual void LogScaleChanged();
 
+    // Maps every reading (SetValue, setValue, PostValue, and the Value SetDigit derives)
+    // before it is stored; a NaN result ignores the reading. Identity here; a compass
+    // wraps headings into its circle.
+    virtual float NormalizeReading(float v) const { return v; }
     // Fired by ValueChange when the control moved since the last reading.
     void SetOnPositionChange(TNotifyEvent handler) { onPositionChange_ = std::move(handler); }
     void SetBlinkColor1(TColor c) { blinkColor1_ = c; }
