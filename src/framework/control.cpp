@@ -15,7 +15,7 @@ TKxControl::TKxControl(QWidget* parent) : QWidget(parent) {
     // The surface is the only thing shown; nothing of the widget's own background.
     setAttribute(Qt::WA_OpaquePaintEvent, false);
     setAutoFillBackground(false);
-    surface_.Canvas().SetOnDraw([this] { surfaceTouched(); });
+    surface_.Canvas().SetOnDraw([this](const QRect* device) { surfaceTouched(device); });
 }
 
 TKxControl::~TKxControl() {
@@ -134,10 +134,47 @@ bool TKxControl::ensureSurfaceSize() {
     return true;
 }
 
-void TKxControl::surfaceTouched() {
+void TKxControl::surfaceTouched(const QRect* device) {
     if (inPaint_ || screenUpdatePending_) return;
-    screenUpdatePending_ = true;
-    update();
+    if (!device) {
+        screenUpdatePending_ = true;
+        update();
+        return;
+    }
+    // Only the changed part goes to the screen: Qt repaints (and copies) that alone. A
+    // part inside what is already requested needs no request of its own (a bar drawn
+    // row by row would otherwise make one per row).
+    const double ratio = surface_.DeviceRatio();
+    const QRect logical = ratio == 1.0 ? *device
+                                       : QRectF(device->x() / ratio, device->y() / ratio,
+                                                device->width() / ratio, device->height() / ratio)
+                                             .toAlignedRect();
+    for (const QRect& r : requested_)
+        if (r.contains(logical)) return;
+    if (!requested_.empty()) {
+        // Rows of one fill join the rectangle above them.
+        QRect& last = requested_.back();
+        if (last.left() == logical.left() && last.right() == logical.right() &&
+            logical.top() <= last.bottom() + 1 && logical.bottom() >= last.top() - 1) {
+            last |= logical;
+            update(logical);
+            return;
+        }
+    }
+    if (requested_.size() == requested_.capacity()) {
+        // Many scattered parts: one request for the whole control is cheaper.
+        screenUpdatePending_ = true;
+        update();
+        return;
+    }
+    requested_.push_back(logical);
+    update(logical);
+}
+
+void TKxControl::updateOpacity() {
+    if (testAttribute(Qt::WA_OpaquePaintEvent) && !madeOpaque_) return;  // the class's own
+    madeOpaque_ = KxAllOpaque(surface_);
+    setAttribute(Qt::WA_OpaquePaintEvent, madeOpaque_);
 }
 
 void TKxControl::PaintToSurface() {
@@ -152,7 +189,10 @@ void TKxControl::PaintToSurface() {
     surface_.ClearTransparent();
     Paint();
     inPaint_ = wasInPaint;
-    update();
+    updateOpacity();
+    // From a paint event the new picture goes to the screen right away; asking for
+    // another paint there would draw the whole control twice.
+    if (!inPaintEvent_) update();
 }
 
 bool TKxControl::event(QEvent* e) {
@@ -205,9 +245,16 @@ bool TKxControl::event(QEvent* e) {
 
 void TKxControl::paintEvent(QPaintEvent* e) {
     screenUpdatePending_ = false;
+    requested_.clear();
+    inPaintEvent_ = true;
     PaintToSurface();
+    inPaintEvent_ = false;
     QPainter p(this);
-    KxBlitSurface(p, surface_, e->rect());
+    // Each changed rectangle on its own: a needle and a far marker do not pull in the
+    // face between them.
+    const bool opaque = testAttribute(Qt::WA_OpaquePaintEvent);
+    for (const QRect& r : e->region())
+        KxBlitSurface(p, surface_, r, opaque);
 }
 
 void TKxControl::resizeEvent(QResizeEvent* e) {

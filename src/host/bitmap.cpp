@@ -111,7 +111,8 @@ bool TBitmap::SaveToFile(const QString& path) const {
     return image_.save(path);
 }
 
-void KxBlitSurface(QPainter& painter, TBitmap& surface, const QRect& r) {
+void KxBlitSurface(QPainter& painter, TBitmap& surface, const QRect& r, bool opaque) {
+    if (opaque) painter.setCompositionMode(QPainter::CompositionMode_Source);
     const double ratio = surface.DeviceRatio();
     if (ratio == 1.0) {
         painter.drawImage(r.topLeft(), surface.Image(), r);
@@ -123,6 +124,21 @@ void KxBlitSurface(QPainter& painter, TBitmap& surface, const QRect& r) {
     painter.drawImage(QRectF(source.x() / ratio, source.y() / ratio, source.width() / ratio,
                              source.height() / ratio),
                       surface.Image(), source);
+}
+
+bool KxAllOpaque(const TBitmap& bitmap) {
+    const QImage& img = bitmap.Image();
+    if (img.isNull() || img.width() == 0 || img.height() == 0) return false;
+    if (!img.hasAlphaChannel()) return true;
+    if (img.format() != QImage::Format_ARGB32_Premultiplied &&
+        img.format() != QImage::Format_ARGB32)
+        return false;
+    for (int y = 0; y < img.height(); ++y) {
+        const auto* line = reinterpret_cast<const QRgb*>(img.constScanLine(y));
+        for (int x = 0; x < img.width(); ++x)
+            if (qAlpha(line[x]) != 255) return false;
+    }
+    return true;
 }
 
 }  // namespace kx

@@ -162,7 +162,7 @@ void TCanvas::Release() {
 }
 
 QPainter& TCanvas::painter() {
-    if (onDraw_) onDraw_();
+    if (onDraw_) onDraw_(nullptr);
     if (!painter_) {
         painter_ = std::make_unique<QPainter>(target_);
         painter_->setRenderHint(QPainter::Antialiasing, false);
@@ -265,7 +265,7 @@ void TCanvas::strokeThinLine(TPoint a, TPoint b, bool includeEnd) {
         return;
     }
     if (directPixels()) {
-        if (onDraw_) onDraw_();
+        if (onDraw_) onDraw_(nullptr);
         const uint32_t pixel = penQColor().rgba();
         uchar* bits = target_->bits();
         const qsizetype stride = target_->bytesPerLine();
@@ -305,7 +305,14 @@ void TCanvas::putRuns(const std::vector<QRect>& runs, const QColor& c) {
         p.drawRects(runs.data(), int(runs.size()));
         return;
     }
-    if (onDraw_) onDraw_();
+    if (onDraw_) {
+        QRect touched;
+        for (const QRect& r : runs)
+            touched |= r;
+        touched &= target_->rect();
+        if (touched.isEmpty()) return;
+        onDraw_(&touched);
+    }
     const QRect bounds = target_->rect();
     const uint32_t pixel = c.rgba();
     uchar* bits = target_->bits();  // one detach check, not one per row
@@ -867,7 +874,10 @@ bool TCanvas::fastCopy(const QImage& src, const TRect& s, int32_t dx, int32_t dy
     w = std::min({w, src.width() - sl, target_->width() - dx});
     h = std::min({h, src.height() - st, target_->height() - dy});
     if (w <= 0 || h <= 0) return true;
-    if (onDraw_) onDraw_();
+    if (onDraw_) {
+        const QRect touched(dx, dy, w, h);
+        onDraw_(&touched);
+    }
     const int bpp = src.depth() / 8;
     const uchar* srcBits = src.constBits();
     uchar* dstBits = target_->bits();
@@ -965,7 +975,10 @@ void TCanvas::SetPixel(int32_t x, int32_t y, TColor c) {
     y = DeviceY(y);
     if (!drawable() || x < 0 || y < 0 || x >= target_->width() || y >= target_->height()) return;
     if (hasClip_ && !deviceClip_.contains(QPoint(x, y))) return;
-    if (onDraw_) onDraw_();
+    if (onDraw_) {
+        const QRect touched(x, y, 1, 1);
+        onDraw_(&touched);
+    }
     target_->setPixel(x, y, ToQRgb(c));
 }
 

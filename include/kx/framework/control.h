@@ -20,6 +20,7 @@
 // and delete them on the GUI thread only; their events fire there. A worker thread hands
 // readings over through PostValue (analog controls), which may be called from any thread,
 // or through a queued signal of its own.
+#include <QVarLengthArray>
 #include <QWidget>
 
 #include "kx/blink/flashclient.h"
@@ -133,7 +134,12 @@ class TKxControl : public QWidget, public TKxFlashClient {
     // Re-creates the surface for a new size or ratio; true when it did.
     bool ensureSurfaceSize();
     void setOwnToolTip(const QString& tip);
-    void surfaceTouched();
+    // Schedules the screen update of what changed on the surface (device pixels; null:
+    // all of it).
+    void surfaceTouched(const QRect* device);
+    // After a Paint: a control whose surface has no transparent pixel paints opaquely,
+    // so that Qt draws nothing beneath it and the surface is copied, not blended.
+    void updateOpacity();
     // Ends the painting of a handed canvas, which may hold the surface's pixels.
     void releaseCanvas();
 
@@ -144,6 +150,10 @@ class TKxControl : public QWidget, public TKxFlashClient {
     bool designing_ = false;
     bool redrawNeeded_ = true;
     bool paintPending_ = true;
+    bool inPaintEvent_ = false;
+    bool madeOpaque_ = false;  // WA_OpaquePaintEvent set by updateOpacity
+    // The parts requested since the last paint (a few; then the whole control).
+    QVarLengthArray<QRect, 8> requested_;
     bool inPaint_ = false;
     bool screenUpdatePending_ = false;
     bool showHint_ = true;

@@ -69,6 +69,9 @@ class TBitmap {
 
 // Paints the logical area of a widget from its surface in a paint event: the area's
 // device pixels one to one, the painter scaling the logical target back up by the ratio.
-void KxBlitSurface(QPainter& painter, TBitmap& surface, const QRect& area);
+// An opaque surface is copied rather than blended (the same pixels, cheaper).
+void KxBlitSurface(QPainter& painter, TBitmap& surface, const QRect& area, bool opaque = false);
+// Whether every pixel of the bitmap is fully opaque (an empty bitmap is not).
+bool KxAllOpaque(const TBitmap& bitmap);
 
 }  // namespace kx

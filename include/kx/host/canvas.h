@@ -185,8 +185,11 @@ class TCanvas {
     static double ValidRatio(double ratio);
 
     QImage* Target() const { return target_; }
-    // Called before pixels change (a control uses it to schedule its screen update).
-    void SetOnDraw(std::function<void()> handler) { onDraw_ = std::move(handler); }
+    // Called before pixels change (a control uses it to schedule its screen update),
+    // with the device rectangle that changes, or null when it is not known (anything
+    // drawn through QPainter: the whole canvas may change).
+    using TDrawHandler = std::function<void(const QRect* device)>;
+    void SetOnDraw(TDrawHandler handler) { onDraw_ = std::move(handler); }
     // Ends the painter so that the image may be resized, copied or read freely.
     void Release();
 
@@ -241,7 +244,7 @@ class TCanvas {
     bool fastCopy(const QImage& src, const TRect& srcRect, int32_t dx, int32_t dy);
 
     QImage* target_;
-    std::function<void()> onDraw_;
+    TDrawHandler onDraw_;
     std::unique_ptr<QPainter> painter_;
     TPen pen_;
     TBrush brush_;
