@@ -1,10 +1,13 @@
 #include "gallerywindow.h"
 
+#include <QLabel>
+#include <QStatusBar>
 #include <QTabWidget>
 
 #include "adjusterpage.h"
 #include "binarypage.h"
 #include "miscpage.h"
+#include "navigationpage.h"
 #include "pages.h"
 #include "recorderpage.h"
 #include "roundmeterpage.h"
@@ -24,13 +27,16 @@ QString styleSheetText() {
 
 }  // namespace
 
-GalleryWindow::GalleryWindow(QWidget* parent) : QMainWindow(parent), tabs_(new QTabWidget) {
+GalleryWindow::GalleryWindow(QWidget* parent)
+    : QMainWindow(parent), tabs_(new QTabWidget), cpuLabel_(new QLabel) {
     setWindowTitle(QStringLiteral("Kx instruments gallery"));
     tabs_->setDocumentMode(true);
     meterPage_ = new RoundMeterPage(kStartTime);
     pages_ = {
-        new MiscPage(kStartTime),     meterPage_,       new StraightPage(kStartTime),
-        new RecorderPage(kStartTime), new AdjusterPage, new BinaryPage(kStartTime),
+        new MiscPage(kStartTime),     meterPage_,
+        new StraightPage(kStartTime), new NavigationPage(kStartTime),
+        new RecorderPage(kStartTime), new AdjusterPage,
+        new BinaryPage(kStartTime),
     };
     for (GalleryPage* page : pages_)
         tabs_->addTab(page, page->Title());
@@ -41,6 +47,19 @@ GalleryWindow::GalleryWindow(QWidget* parent) : QMainWindow(parent), tabs_(new Q
     timer_.setTimerType(Qt::PreciseTimer);
     timer_.setInterval(kStepMs);
     connect(&timer_, &QTimer::timeout, this, &GalleryWindow::StepSimulation);
+
+    cpuLabel_->setToolTip(
+        QStringLiteral("CPU time of the gallery over the last seconds, in per "
+                       "cent of one core"));
+    statusBar()->addPermanentWidget(cpuLabel_);
+    RefreshCpu();
+    cpuTimer_.setInterval(1000);
+    connect(&cpuTimer_, &QTimer::timeout, this, &GalleryWindow::RefreshCpu);
+    cpuTimer_.start();
+}
+
+void GalleryWindow::RefreshCpu() {
+    cpuLabel_->setText(CpuMeter::Text(cpuMeter_.Sample()));
 }
 
 void GalleryWindow::StartSimulation() {

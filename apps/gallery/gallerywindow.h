@@ -1,11 +1,14 @@
 #pragma once
 // The gallery's main window: one tab per gallery page (see pages.h), in palette order,
-// and the timer
-// that drives the simulated plant behind the live components.
+// the timer that drives the simulated plant behind the live components, and a status bar
+// that shows what the live panel costs (the process's CPU load, refreshed every second).
 #include <QMainWindow>
 #include <QTimer>
 #include <vector>
 
+#include "cpumeter.h"
+
+class QLabel;
 class QTabWidget;
 
 namespace kxgallery {
@@ -36,12 +39,18 @@ class GalleryWindow : public QMainWindow {
     const QTimer& Timer() const { return timer_; }
     // One simulation step on every page.
     void StepSimulation();
+    // The status bar's "CPU 4.2 %" and the refresh behind it.
+    QLabel* CpuLabel() const { return cpuLabel_; }
+    void RefreshCpu();
 
   private:
     QTabWidget* tabs_;
     std::vector<GalleryPage*> pages_;
     RoundMeterPage* meterPage_ = nullptr;
     QTimer timer_;
+    QLabel* cpuLabel_;
+    CpuMeter cpuMeter_;
+    QTimer cpuTimer_;
 };
 
 }  // namespace kxgallery

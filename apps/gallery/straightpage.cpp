@@ -5,6 +5,7 @@
 
 #include "kx/indicators/bar.h"
 #include "kx/indicators/barinstrument.h"
+#include "kx/indicators/flexmeter.h"
 #include "kx/indicators/linearmeter.h"
 #include "metercard.h"
 #include "plantcolors.h"
@@ -253,7 +254,41 @@ StraightPage::StraightPage(double startTime, QWidget* parent)
     }
     for (QHBoxLayout* row : rows)
         row->addStretch(1);
+    addFlexRow(kSeedBase + 100u, startTime);
     rows_->addStretch(1);
+}
+
+void StraightPage::addFlexRow(uint32_t seed, double startTime) {
+    using namespace kx;
+    auto* row = new QHBoxLayout;
+    row->setSpacing(10);
+    rows_->addLayout(row);
+    auto* h = new TKxFlexHMeter;
+    signal(*h, "Line speed", "flex: stretches with the window", "m/min", 0, 250, "##0");
+    sectors(*h, {0, 80, 81, 900, 901, 1000}, {kWarning, kNormal, kAlarm});
+    h->setMinimumWidth(200);
+    auto* v1 = new TKxFlexVMeter;
+    signal(*v1, "Draft", "flex", "Pa", -50, 50, "##0");
+    sectors(*v1, {0, 100, 101, 899, 900, 1000}, {kAlarm, kNormal, kAlarm});
+    auto* v2 = new TKxFlexVMeter;
+    signal(*v2, "Vacuum", "flex, log", "mbar", 0.01f, 1000, "0.00");
+    v2->SetLogScale(true);
+    const std::pair<TKxFlexMeter*, ProcessProfile> meters[] = {
+        {h, wobble(0.55, 0.35, 9.0, 0.55)},
+        {v1, wobble(0.5, 0.3, 7.0, -0.6)},
+        {v2, wobble(0.5, 0.35, 15.0, 0.0)},
+    };
+    uint32_t n = 0;
+    for (const auto& [m, profile] : meters) {
+        m->SetLimitUpper(m->SignalSettings()->ValueTo());
+        m->SetLimitLower(m->SignalSettings()->ValueFrom());
+        m->Loaded();
+        if (m != h) m->setFixedWidth(130);
+        m->setMinimumHeight(220);
+        row->addWidget(m, m == h ? 1 : 0);
+        flex_.push_back(Channel{m, nullptr, ProcessSignal(profile, seed + n++, startTime)});
+        feed(flex_.back());
+    }
 }
 
 void StraightPage::add(const Preset& preset, QHBoxLayout& row, uint32_t seed, double startTime) {
@@ -276,9 +311,11 @@ void StraightPage::feed(Channel& c) {
 }
 
 void StraightPage::Step(double seconds) {
-    for (Channel& c : channels_) {
-        c.process.Advance(seconds);
-        feed(c);
+    for (std::vector<Channel>* list : {&channels_, &flex_}) {
+        for (Channel& c : *list) {
+            c.process.Advance(seconds);
+            feed(c);
+        }
     }
 }
 

@@ -27,8 +27,14 @@
 #include "kx/host/numeric.h"
 #include "kx/indicators/bar.h"
 #include "kx/indicators/barinstrument.h"
+#include "kx/indicators/flexmeter.h"
 #include "kx/indicators/linearmeter.h"
 #include "kx/indicators/rmeter.h"
+#include "kx/indicators/tank.h"
+#include "kx/indicators/thermometer.h"
+#include "kx/indicators/valueind.h"
+#include "kx/navigation/compass.h"
+#include "kx/navigation/vcind.h"
 #include "kx/recorders/kxclock.h"
 #include "kx/recorders/minitrend.h"
 #include "kx/recorders/ophourcounter.h"
@@ -65,8 +71,6 @@ template <class T>
 constexpr TMaker Container(const char* header) {
     return TMaker{&make<T>, header, nullptr, true};
 }
-
-constexpr TMaker Absent{};
 
 void glyph120(TCanvas& c, const TRect& r) {
     KxPaintRoundMeterGlyph(c, r, 300, 120);
@@ -107,7 +111,8 @@ const TRow kRows[] = {
      Component<TKxNumEdit>("kx/entry/numedit.h")},
     {kMisc, "TKxNumSpin", "Numeric edit with spin buttons",
      Component<TKxNumSpin>("kx/entry/numspin.h")},
-    {kAnalogInd, "TKxValueInd", "Value readout with name and unit", Absent},
+    {kAnalogInd, "TKxValueInd", "Numeric readout with names, unit, sector colour and blinking",
+     Component<TKxValueInd>("kx/indicators/valueind.h")},
     {kAnalogInd, "TKxBar", "Plain bar: solid, LED chain, marker or sector colours",
      Component<TKxBar>("kx/indicators/bar.h")},
     {kAnalogInd, "TKxVBar", "Upright bar with names, value readout, overflow triangles and markers",
@@ -115,22 +120,28 @@ const TRow kRows[] = {
     {kAnalogInd, "TKxHBar",
      "Horizontal bar with names, value readout, overflow triangles and markers",
      Component<TKxHBar>("kx/indicators/barinstrument.h")},
-    {kAnalogInd, "TKxThermometer", "Thermometer", Absent},
-    {kAnalogInd, "TKxTank", "Tank level indicator", Absent},
+    {kAnalogInd, "TKxThermometer", "Thermometer: glass tube and bulb filled to the reading, scale",
+     Component<TKxThermometer>("kx/indicators/thermometer.h")},
+    {kAnalogInd, "TKxTank", "Tank: shaded vessel whose liquid level is the reading",
+     Component<TKxTank>("kx/indicators/tank.h")},
     {kAnalogInd, "TKxVMeter", "Upright linear meter with pointer, sectors and value readout",
      Component<TKxVMeter>("kx/indicators/linearmeter.h")},
     {kAnalogInd, "TKxHMeter", "Horizontal linear meter with pointer and sectors",
      Component<TKxHMeter>("kx/indicators/linearmeter.h")},
-    {kAnalogInd, "TKxFlexHMeter", "Horizontal flex meter", Absent},
-    {kAnalogInd, "TKxFlexVMeter", "Vertical flex meter", Absent},
+    {kAnalogInd, "TKxFlexHMeter", "Horizontal linear meter that lays itself out to any size",
+     Component<TKxFlexHMeter>("kx/indicators/flexmeter.h")},
+    {kAnalogInd, "TKxFlexVMeter", "Upright linear meter that lays itself out to any size",
+     Component<TKxFlexVMeter>("kx/indicators/flexmeter.h")},
     {kAnalogInd, "TKx120Meter", "120\u00b0 round meter with needle, scale, sectors and limits",
      Component<TKx120Meter>("kx/indicators/rmeter.h", glyph120)},
     {kAnalogInd, "TKx180Meter", "180\u00b0 round meter with needle, scale, sectors and limits",
      Component<TKx180Meter>("kx/indicators/rmeter.h", glyph180)},
     {kAnalogInd, "TKx270Meter", "270\u00b0 round meter with needle, scale, sectors and limits",
      Component<TKx270Meter>("kx/indicators/rmeter.h", glyph270)},
-    {kAnalogInd, "TKxCompass", "Compass", Absent},
-    {kAnalogInd, "TKxVCInd", "Course and attitude indicator", Absent},
+    {kAnalogInd, "TKxCompass", "Compass rose with heading pointer or rotating card and course",
+     Component<TKxCompass>("kx/navigation/compass.h")},
+    {kAnalogInd, "TKxVCInd", "Course and attitude indicator: horizon, pitch, roll, deviation",
+     Component<TKxVCInd>("kx/navigation/vcind.h")},
     {kAnalogInd, "TKxOperatingPoint", "Operating point over a characteristic-curve picture",
      Component<TKxOperatingPoint>("kx/recorders/oppoint.h")},
     {kAnalogInd, "TKxMiniTrend", "Mini trend", Component<TKxMiniTrend>("kx/recorders/minitrend.h")},
@@ -157,7 +168,6 @@ const TRow kRows[] = {
 std::vector<TKxCatalogueEntry> build() {
     std::vector<TKxCatalogueEntry> entries;
     for (const TRow& row : kRows) {
-        if (!row.maker.factory) continue;
         TKxCatalogueEntry e;
         e.Page = QString::fromLatin1(row.page);
         e.ClassName = QString::fromLatin1(row.className);

@@ -25,7 +25,7 @@ QStringList classNames(const std::vector<const TKxCatalogueEntry*>& entries) {
     return names;
 }
 
-TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
+TEST(Catalogue, ListsAllComponentsInPaletteOrder) {
     EXPECT_EQ(KxPalettePages(), (QStringList{"KxMisc", "KxAnalogInd", "KxAnalogAdj", "KxBinary"}));
     QStringList all;
     for (const TKxCatalogueEntry& e : KxCatalogue())
@@ -40,14 +40,21 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
                                 "KxMisc/TKxSpinButton",
                                 "KxMisc/TKxNumEdit",
                                 "KxMisc/TKxNumSpin",
+                                "KxAnalogInd/TKxValueInd",
                                 "KxAnalogInd/TKxBar",
                                 "KxAnalogInd/TKxVBar",
                                 "KxAnalogInd/TKxHBar",
+                                "KxAnalogInd/TKxThermometer",
+                                "KxAnalogInd/TKxTank",
                                 "KxAnalogInd/TKxVMeter",
                                 "KxAnalogInd/TKxHMeter",
+                                "KxAnalogInd/TKxFlexHMeter",
+                                "KxAnalogInd/TKxFlexVMeter",
                                 "KxAnalogInd/TKx120Meter",
                                 "KxAnalogInd/TKx180Meter",
                                 "KxAnalogInd/TKx270Meter",
+                                "KxAnalogInd/TKxCompass",
+                                "KxAnalogInd/TKxVCInd",
                                 "KxAnalogInd/TKxOperatingPoint",
                                 "KxAnalogInd/TKxMiniTrend",
                                 "KxAnalogInd/TKxTrend",
@@ -69,8 +76,10 @@ TEST(Catalogue, ListsTheExistingComponentsInPaletteOrder) {
          {"TKxClock", "TKxOpHourCounter", "TKxLabel", "TKxBevel", "TKxPanel", "TKxGradient",
           "TKxTimerSpeedBtn", "TKxSpinButton", "TKxNumEdit", "TKxNumSpin"}},
         {"KxAnalogInd",
-         {"TKxBar", "TKxVBar", "TKxHBar", "TKxVMeter", "TKxHMeter", "TKx120Meter", "TKx180Meter",
-          "TKx270Meter", "TKxOperatingPoint", "TKxMiniTrend", "TKxTrend", "TKxPrintTrend"}},
+         {"TKxValueInd", "TKxBar", "TKxVBar", "TKxHBar", "TKxThermometer", "TKxTank", "TKxVMeter",
+          "TKxHMeter", "TKxFlexHMeter", "TKxFlexVMeter", "TKx120Meter", "TKx180Meter",
+          "TKx270Meter", "TKxCompass", "TKxVCInd", "TKxOperatingPoint", "TKxMiniTrend", "TKxTrend",
+          "TKxPrintTrend"}},
         {"KxAnalogAdj", {"TKxDial", "TKxGearDial", "TKxHSlider", "TKxVSlider"}},
         {"KxBinary", {"TKxLED", "TKxColBitBtn", "TKxRockerSwitch", "TKxToggleSwitch"}},
         {"NoSuchPage", {}},
@@ -125,10 +134,15 @@ TEST(Catalogue, FindsClassesWithOrWithoutTheNamespace) {
         const char* name;
         const char* found;  // null: not in the catalogue
     } cases[] = {
-        {"TKx270Meter", "kx::TKx270Meter"}, {"kx::TKx180Meter", "kx::TKx180Meter"},
-        {"TKxBar", "kx::TKxBar"},           {"TKxThermometer", nullptr},  // not there yet
-        {"kx::TKxRMeter", nullptr},         {"kx::TKxBarInstrument", nullptr},
-        {"tkx270meter", nullptr},           {"", nullptr},
+        {"TKx270Meter", "kx::TKx270Meter"},
+        {"kx::TKx180Meter", "kx::TKx180Meter"},
+        {"TKxBar", "kx::TKxBar"},
+        {"TKxVCInd", "kx::TKxVCInd"},
+        {"kx::TKxFlexMeter", nullptr},
+        {"kx::TKxRMeter", nullptr},
+        {"kx::TKxBarInstrument", nullptr},
+        {"tkx270meter", nullptr},
+        {"", nullptr},
     };
     for (const auto& c : cases) {
         const TKxCatalogueEntry* e = KxFindComponent(QString::fromLatin1(c.name));

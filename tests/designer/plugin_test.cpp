@@ -144,7 +144,9 @@ TEST(DesignerPlugin, DesignerGetsDesigningComponents) {
         widget->setProperty("Value", 150.0);
         meter->Loaded();
         meter->PaintToSurface();
-        EXPECT_TRUE(meter->UpperExceeded());
+        // A compass takes 150 as a heading like any other: no limit is crossed.
+        const bool compass = QByteArray(widget->metaObject()->className()) == "kx::TKxCompass";
+        EXPECT_EQ(meter->UpperExceeded(), !compass) << w->name().toStdString();
         EXPECT_FALSE(blinking(widget.get()));
         EXPECT_EQ(meter->MinMax()->Max(), TMinMax::kNoMax);
     }

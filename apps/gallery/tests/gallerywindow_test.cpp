@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QLabel>
+#include <QStatusBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTextStream>
@@ -18,11 +20,12 @@ namespace {
 
 TEST(GalleryWindow, TabsFollowThePaletteOrder) {
     GalleryWindow w;
-    const QStringList palette = {"KxMisc",      "KxAnalogInd", "KxAnalogInd",
+    const QStringList palette = {"KxMisc",      "KxAnalogInd", "KxAnalogInd", "KxAnalogInd",
                                  "KxAnalogInd", "KxAnalogAdj", "KxBinary"};
     const QStringList titles = {"KxMisc",
                                 "KxAnalogInd",
                                 "KxAnalogInd \u00B7 Bars and linear meters",
+                                "KxAnalogInd \u00B7 Readouts, vessels and navigation",
                                 "KxAnalogInd \u00B7 Trend recorder",
                                 "KxAnalogAdj",
                                 "KxBinary"};
@@ -33,6 +36,11 @@ TEST(GalleryWindow, TabsFollowThePaletteOrder) {
     }
     EXPECT_EQ(w.Tabs()->widget(1), w.MeterPage());
     EXPECT_TRUE(qobject_cast<MiscPage*>(w.Page(0)));
+    // The status bar shows the process's CPU load.
+    ASSERT_TRUE(w.CpuLabel());
+    EXPECT_TRUE(w.CpuLabel()->text().startsWith(QStringLiteral("CPU ")))
+        << w.CpuLabel()->text().toStdString();
+    EXPECT_EQ(w.CpuLabel()->parentWidget(), w.statusBar());
 }
 
 TEST(GalleryWindow, TimerStepsEveryFiftyMillisecondsWhenStarted) {
@@ -59,8 +67,9 @@ TEST(Screenshots, WritesOnePngPerPageAtTheFixedSizeAndPrintsThePaths) {
     EXPECT_EQ(RunScreenshots(w, dir, out, err, 0), 0);
     EXPECT_TRUE(errors.isEmpty()) << errors.toStdString();
     QStringList expected;
-    for (const char* page : {"KxMisc", "KxAnalogInd", "KxAnalogInd-straight", "KxAnalogInd-trend",
-                             "KxAnalogAdj", "KxBinary"}) {
+    for (const char* page :
+         {"KxMisc", "KxAnalogInd", "KxAnalogInd-straight", "KxAnalogInd-navigation",
+          "KxAnalogInd-trend", "KxAnalogAdj", "KxBinary"}) {
         const QString path =
             QDir(dir).filePath(QStringLiteral("gallery-%1.png").arg(QLatin1String(page)));
         expected << path;

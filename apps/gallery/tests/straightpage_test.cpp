@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <set>
 
 #include "kx/framework/analogcontrol.h"
@@ -35,6 +36,22 @@ TEST(StraightPage, ShowsEachInstrumentInItsCardAndFeedsItTheProcess) {
     for (int i = 0; i < page.InstrumentCount(); ++i)
         EXPECT_NE(page.Instrument(i)->Value(), first[size_t(i)]) << i;
     EXPECT_GT(overflows, 0);
+}
+
+TEST(StraightPage, FlexMetersStretchWithThePage) {
+    StraightPage page(0.0);
+    ASSERT_EQ(page.FlexCount(), 3);
+    page.resize(900, 1600);
+    page.show();
+    QApplication::processEvents();
+    const int narrow = page.Flex(0)->width();
+    page.resize(1400, 1600);
+    QApplication::processEvents();
+    EXPECT_GE(page.Flex(0)->width(), narrow + 300);
+    const float before = page.Flex(1)->Value();
+    for (int i = 0; i < 40; ++i)
+        page.Step(0.05);
+    EXPECT_NE(page.Flex(1)->Value(), before);
 }
 
 }  // namespace

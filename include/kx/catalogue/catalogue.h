@@ -7,12 +7,9 @@
 // subclass whose createWidget makes components from the application's own copy of the
 // library).
 //
-// Adding a component: catalogue.cpp holds one row per class of the palette, in palette
-// order, with its page, class name and description already filled in; a class that does
-// not exist yet has no factory there and is left out of the catalogue. To add one,
-// include its header in catalogue.cpp and replace the row's "Absent" by its factory:
-//     {kAnalogInd, "TKxBar", "Bar indicator", Absent},
-//  -> {kAnalogInd, "TKxBar", "Bar indicator", Component<TKxBar>("kx/indicators/bar.h")},
+// The catalogue holds all 37 components of the palette; catalogue.cpp has one row per
+// class, in palette order, with its page, class name, description and maker:
+//     {kAnalogInd, "TKxBar", "Bar indicator", Component<TKxBar>("kx/indicators/bar.h")},
 // Component<T>(header, iconPainter) takes an optional glyph painter; without one the icon
 // is the component itself drawn small.
 //
