@@ -108,6 +108,7 @@ NavigationPage::NavigationPage(double startTime, QWidget* parent)
                  sectors(*m, {0, 428, 429, 857, 858, 1000}, {kCold, kNormal, kAlarm});
                  m->SetOptions(TKxThermometer::kAllThermometerOptions);
                  m->ScaleSettings()->SetPosLeftTop(true);
+                 m->ScaleSettings()->SetSteps(7);  // ten degrees a step
                  m->ScaleSettings()->Font()->SetSize(10);
                  return m;
              },
@@ -127,6 +128,8 @@ NavigationPage::NavigationPage(double startTime, QWidget* parent)
                  // A slow fill and drain that spills over now and then.
                  c.SetValue(float(20.0 + 20.8 * wave(t, 48.0, 0.5)));
              }},
+        },
+        {
             {QStringLiteral("TKxTank"),
              {QStringLiteral("rectangular, sector colours")},
              [] {
@@ -141,8 +144,6 @@ NavigationPage::NavigationPage(double startTime, QWidget* parent)
              [](TKxAnalogGControl& c, double t) {
                  c.SetValue(float(50.0 + 42.0 * wave(t, 63.0, 2.5)));
              }},
-        },
-        {
             {QStringLiteral("TKxCompass"),
              {QStringLiteral("heading pointer, course 010\u00B0"),
               QStringLiteral("swings through north")},
@@ -169,7 +170,12 @@ NavigationPage::NavigationPage(double startTime, QWidget* parent)
             {QStringLiteral("TKxVCInd"),
              {QStringLiteral("rolling and pitching vehicle,"),
               QStringLiteral("course and deviation")},
-             [] { return new TKxVCInd; },
+             [] {
+                 auto* v = new TKxVCInd;
+                 v->SignalSettings()->SetName1(QStringLiteral("Attitude"));
+                 v->SignalSettings()->SetName2(QStringLiteral("ADI-1"));
+                 return v;
+             },
              [](TKxAnalogGControl& c, double t) {
                  auto& v = static_cast<TKxVCInd&>(c);
                  v.SetAttitude(float(9.0 * wave(t, 11.0, 0.7) + 2.0 * wave(t, 2.9)),
@@ -192,6 +198,12 @@ NavigationPage::NavigationPage(double startTime, QWidget* parent)
 
 void NavigationPage::add(const Preset& preset, QHBoxLayout& row) {
     TKxAnalogGControl* control = preset.make();
+    // Alarms at the range ends, so that the blinking shows the overflow; a compass has no
+    // range to leave.
+    if (!qobject_cast<kx::TKxCompass*>(control)) {
+        control->SetLimitUpper(control->SignalSettings()->ValueTo());
+        control->SetLimitLower(control->SignalSettings()->ValueFrom());
+    }
     control->Loaded();
     auto* card = new MeterCard(control);
     card->SetCaption(preset.title, preset.details);

@@ -267,6 +267,7 @@ void StraightPage::addFlexRow(uint32_t seed, double startTime) {
     signal(*h, "Line speed", "flex: stretches with the window", "m/min", 0, 250, "##0");
     sectors(*h, {0, 80, 81, 900, 901, 1000}, {kWarning, kNormal, kAlarm});
     h->setMinimumWidth(200);
+    h->Scale()->Font()->SetSize(20);
     auto* v1 = new TKxFlexVMeter;
     signal(*v1, "Draft", "flex", "Pa", -50, 50, "##0");
     sectors(*v1, {0, 100, 101, 899, 900, 1000}, {kAlarm, kNormal, kAlarm});
