@@ -133,9 +133,10 @@ bool KxAllOpaque(const TBitmap& bitmap) {
     if (img.format() != QImage::Format_ARGB32_Premultiplied &&
         img.format() != QImage::Format_ARGB32)
         return false;
-    for (int y = 0; y < img.height(); ++y) {
+    const int w = img.width(), h = img.height();
+    for (int y = 0; y < h; ++y) {
         const auto* line = reinterpret_cast<const QRgb*>(img.constScanLine(y));
-        for (int x = 0; x < img.width(); ++x)
+        for (int x = 0; x < w; ++x)
             if (qAlpha(line[x]) != 255) return false;
     }
     return true;
