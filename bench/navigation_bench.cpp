@@ -7,42 +7,14 @@
 
 #include "kx/navigation/compass.h"
 #include "kx/navigation/vcind.h"
+#include "readingbench.h"
 
 namespace kx {
 namespace {
 
-std::unique_ptr<TKxCompass> paintedCompass() {
-    auto c = std::make_unique<TKxCompass>();
-    c->Loaded();
-    c->PaintToSurface();
-    return c;
-}
-
-// The default compass (a needle over a fixed card) swinging a few degrees.
-void BM_CompassReading(benchmark::State& state) {
-    auto c = paintedCompass();
-    float v = 40.0f;
-    for (int i = 0; i < 100; ++i)
-        c->SetValue(v += 0.05f);  // warm-up
-    for (auto _ : state) {
-        v = v >= 44.0f ? 40.0f : v + 0.7f;
-        c->SetValue(v);
-        benchmark::DoNotOptimize(c->Surface().Image().constBits());
-    }
-    state.counters["width"] = c->width();
-    state.counters["height"] = c->height();
-}
-BENCHMARK(BM_CompassReading);
-
-void BM_CompassCopy(benchmark::State& state) {
-    const auto c = paintedCompass();
-    TBitmap from(c->width(), c->height()), to(c->width(), c->height());
-    for (auto _ : state) {
-        to.Canvas().Draw(0, 0, from);
-        benchmark::DoNotOptimize(to.Image().constBits());
-    }
-}
-BENCHMARK(BM_CompassCopy);
+// The default compass (a needle over a fixed card) swinging a few degrees; its limits
+// stay where they are.
+KX_READING_BENCHMARKS(Compass, TKxCompass, false);
 
 // An attitude change of a default indicator moves the whole face: sky and ground, the
 // ladder, the roll pointer. Two attitudes a few degrees apart alternate, so that every

@@ -1,5 +1,6 @@
 #include "kx/drawing/geometry.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "kx/host/numeric.h"
@@ -84,6 +85,38 @@ void KxGetMaxRect(int32_t x, int32_t y, TRect& r) {
     if (x > r.Right) r.Right = x;
     if (y < r.Top) r.Top = y;
     if (y > r.Bottom) r.Bottom = y;
+}
+
+TRect KxPointsBounds(const TPoint* p, size_t n, int32_t margin) {
+    TRect r{p[0].X, p[0].Y, p[0].X, p[0].Y};
+    for (size_t i = 1; i < n; ++i)
+        KxGetMaxRect(p[i].X, p[i].Y, r);
+    KxBorder(r, WrapSub(0, margin));
+    return r;
+}
+
+bool KxIsEmptyRect(const TRect& r) {
+    return r.Right <= r.Left || r.Bottom <= r.Top;
+}
+
+TRect KxUnionRect(const TRect& a, const TRect& b) {
+    return TRect{std::min(a.Left, b.Left), std::min(a.Top, b.Top), std::max(a.Right, b.Right),
+                 std::max(a.Bottom, b.Bottom)};
+}
+
+TRect KxUnionArea(const TRect& a, const TRect& b) {
+    if (KxIsEmptyRect(a)) return b;
+    if (KxIsEmptyRect(b)) return a;
+    return KxUnionRect(a, b);
+}
+
+TRect KxOffsetRect(const TRect& r, int32_t dx, int32_t dy) {
+    return TRect{WrapAdd(r.Left, dx), WrapAdd(r.Top, dy), WrapAdd(r.Right, dx),
+                 WrapAdd(r.Bottom, dy)};
+}
+
+TPoint KxOffsetPoint(TPoint p, int32_t dx, int32_t dy) {
+    return TPoint{WrapAdd(p.X, dx), WrapAdd(p.Y, dy)};
 }
 
 void KxBorder(TRect& r, int32_t n) {

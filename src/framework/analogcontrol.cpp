@@ -601,4 +601,10 @@ void TKxAnalogGControl::PaintNames(TCanvas& canvas, TRect& r, int32_t t, bool na
     KxPaintNames(canvas, *font_, *signalSettings_, r, t, name1, name2, sizes);
 }
 
+TColor TKxAnalogGControl::MarkerColor(int32_t ppt, TColor own) const {
+    TColor c = own;
+    if (minMax_->UseSectorCol() && sectorSettings_->CheckSectorColor(ppt, c)) return c;
+    return own;
+}
+
 }  // namespace kx

@@ -177,4 +177,10 @@ void TKxSBevel::AssignTo(TKxPersistent* dest) const {
     d->Change();
 }
 
+void KxSetDefaultBevels(TKxSBevel& inner, TKxSBevel& outer) {
+    inner.SetStyle(bsLowered);
+    inner.SetBevelLine(blInner);
+    outer.SetBevelLine(blOuter);
+}
+
 }  // namespace kx

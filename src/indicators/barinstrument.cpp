@@ -216,12 +216,6 @@ void TKxBarInstrument::DrawOverflow(TCanvas& canvas, TColor c1, TColor c2) {
     canvas.Polygon(std::span<const TPoint>(triangles_.data() + 4, 4));
 }
 
-TColor TKxBarInstrument::markerColor(int32_t ppt, TColor own) const {
-    TColor c = own;
-    if (MinMax()->UseSectorCol() && SectorSettings()->CheckSectorColor(ppt, c)) return c;
-    return own;
-}
-
 void TKxBarInstrument::drawMarkers() {
     if (stripImage_.Width() < 2) return;
     const TRect& bar = barSettings_->BarRect;
@@ -231,8 +225,8 @@ void TKxBarInstrument::drawMarkers() {
     TMarkState now;
     now.a = alongToStrip(along(MinPPT(), length));
     now.b = alongToStrip(along(MaxPPT(), length));
-    now.minColor = mm.MinVisible() ? markerColor(MinPPT(), mm.MinColor()) : clNone;
-    now.maxColor = mm.MaxVisible() ? markerColor(MaxPPT(), mm.MaxColor()) : clNone;
+    now.minColor = mm.MinVisible() ? MarkerColor(MinPPT(), mm.MinColor()) : clNone;
+    now.maxColor = mm.MaxVisible() ? MarkerColor(MaxPPT(), mm.MaxColor()) : clNone;
     if (marksValid_ && now == lastMarks_) return;
     lastMarks_ = now;
     marksValid_ = true;

@@ -10,6 +10,7 @@
 #include "kx/drawing/geometry.h"
 #include "kx/drawing/shapes.h"
 #include "kx/drawing/text.h"
+#include "kx/framework/areacomposer.h"
 #include "kx/host/formatfloat.h"
 #include "kx/host/numeric.h"
 
@@ -20,29 +21,6 @@ namespace {
 constexpr int64_t kPointerBlinkCode = 4;
 // Labels keep 1.4 label extents apart, as the classic scale engine's steps do.
 constexpr double kLabelPitch = 1.4;
-
-TRect bounds(const TPoint* p, size_t n) {
-    TRect r{p[0].X, p[0].Y, p[0].X, p[0].Y};
-    for (size_t i = 1; i < n; ++i) {
-        r.Left = std::min(r.Left, p[i].X);
-        r.Top = std::min(r.Top, p[i].Y);
-        r.Right = std::max(r.Right, p[i].X);
-        r.Bottom = std::max(r.Bottom, p[i].Y);
-    }
-    // Outline pens and rounding reach a pixel or two past the vertices.
-    KxBorder(r, -2);
-    return r;
-}
-
-TRect unite(const TRect& a, const TRect& b) {
-    return TRect{std::min(a.Left, b.Left), std::min(a.Top, b.Top), std::max(a.Right, b.Right),
-                 std::max(a.Bottom, b.Bottom)};
-}
-
-TRect shifted(const TRect& r, TPoint by) {
-    return TRect{WrapAdd(r.Left, by.X), WrapAdd(r.Top, by.Y), WrapAdd(r.Right, by.X),
-                 WrapAdd(r.Bottom, by.Y)};
-}
 
 // The next value of the 1-2-5 series above s (s itself one of the series).
 double nextStep(double s) {
@@ -108,9 +86,7 @@ TKxFlexMeter::TKxFlexMeter(QWidget* parent, bool upright)
     BeginUpdate();
     setSizePolicy(upright ? QSizePolicy::Preferred : QSizePolicy::Expanding,
                   upright ? QSizePolicy::Expanding : QSizePolicy::Preferred);
-    bevelInner_->SetStyle(bsLowered);
-    bevelInner_->SetBevelLine(blInner);
-    bevelOuter_->SetBevelLine(blOuter);
+    KxSetDefaultBevels(*bevelInner_, *bevelOuter_);
     TFont* f = scale_->Font();
     f->SetName(QStringLiteral("Arial"));
     f->SetSize(36);
@@ -198,7 +174,7 @@ bool TKxFlexMeter::shown() const {
 void TKxFlexMeter::Paint() {
     if (UpdateCount() > 0) return;
     lastDrawn_ = -1;
-    lastValid_ = false;
+    composer_.Invalidate();
     ticks_.clear();
     step_ = 0;
     labelEvery_ = 1;
@@ -631,67 +607,20 @@ int32_t TKxFlexMeter::shapes(int32_t pos, int32_t minPos, int32_t maxPos, std::a
     return yp;
 }
 
-TColor TKxFlexMeter::markerColor(int32_t ppt, TColor own) const {
-    TColor c = own;
-    if (MinMax()->UseSectorCol() && SectorSettings()->CheckSectorColor(ppt, c)) return c;
-    return own;
-}
-
 void TKxFlexMeter::DrawPointer(TCanvas& canvas) {
     if (tooSmall_ || background_.Width() < 2) return;
     std::array<TPoint, 3> p{};
     std::array<TPoint, 6> m{};
     const int32_t minPos = std::clamp(MinPPT(), 0, 1000), maxPos = std::clamp(MaxPPT(), 0, 1000);
     lastDrawn_ = shapes(PointerPosition(), minPos, maxPos, p, m);
-    const std::array<TRect, 3> now{bounds(p.data(), 3), bounds(m.data(), 3),
-                                   bounds(m.data() + 3, 3)};
-
-    // Restore only what the previous and the new pointer and markers cover.
-    const TRect whole{0, 0, background_.Width(), background_.Height()};
-    std::array<TRect, 3> dirty{};
-    size_t count = 0;
-    if (lastValid_ && work_.Width() == whole.Right && work_.Height() == whole.Bottom &&
-        work_.DeviceRatio() == background_.DeviceRatio()) {
-        for (size_t i = 0; i < 3; ++i)
-            dirty[count++] = unite(now[i], lastDirty_[i]);
-    } else {
-        MakeCompatibleBitmap(work_, whole.Right, whole.Bottom, background_.GridOrigin());
-        dirty[count++] = whole;
-    }
-    lastDirty_ = now;
-    lastValid_ = true;
-    TCanvas& w = work_.Canvas();
-    w.SetCopyMode(cmSrcCopy);
-    for (size_t i = 0; i < count; ++i) {
-        KxRectIntersection(dirty[i], whole, dirty[i]);
-        w.CopyRect(dirty[i], background_.Canvas(), dirty[i]);  // an empty one copies nothing
-    }
-    w.Pen().SetMode(pmCopy);
-    w.Pen().SetStyle(psSolid);
-    w.Pen().SetWidth(1);
-    w.Pen().SetColor(clBlack);
-    w.Brush().SetStyle(bsSolid);
-    const TMinMax& mm = *MinMax();
-    if (mm.MinVisible()) {
-        w.Brush().SetColor(markerColor(minPos, mm.MinColor()));
-        w.Polygon(std::span<const TPoint>(m.data(), 3));
-    }
-    if (mm.MaxVisible()) {
-        w.Brush().SetColor(markerColor(maxPos, mm.MaxColor()));
-        w.Polygon(std::span<const TPoint>(m.data() + 3, 3));
-    }
-    // Only an overflow blink changes the pointer's colour.
-    w.Brush().SetColor(blinking_ && HasOption(opOverflow) ? blinkColor_ : pointerColor_);
-    w.Polygon(std::span<const TPoint>(p.data(), 3));
-
     const TPoint at{area_.Left, area_.Top};
+    // Only an overflow blink changes the pointer's colour.
+    composer_.Compose(canvas, *this, background_, at, p, m, minPos, maxPos,
+                      blinking_ && HasOption(opOverflow) ? blinkColor_ : pointerColor_);
     for (size_t i = 0; i < 3; ++i)
-        pointer_[i] = TPoint{WrapAdd(p[i].X, at.X), WrapAdd(p[i].Y, at.Y)};
+        pointer_[i] = KxOffsetPoint(p[i], at.X, at.Y);
     for (size_t i = 0; i < 6; ++i)
-        markers_[i] = TPoint{WrapAdd(m[i].X, at.X), WrapAdd(m[i].Y, at.Y)};
-    canvas.SetCopyMode(cmSrcCopy);
-    for (size_t i = 0; i < count; ++i)
-        canvas.CopyRect(shifted(dirty[i], at), w, dirty[i]);  // an empty one copies nothing
+        markers_[i] = KxOffsetPoint(m[i], at.X, at.Y);
 }
 
 void TKxFlexMeter::ValueChange() {

@@ -20,11 +20,6 @@ constexpr int64_t kNeedleBlinkCode = 4;
 // An auto-sized scale grows no wider than this to keep its labels apart.
 constexpr int32_t kMaxNaturalWidth = 4096;
 
-TRect unite(const TRect& a, const TRect& b) {
-    return TRect{std::min(a.Left, b.Left), std::min(a.Top, b.Top), std::max(a.Right, b.Right),
-                 std::max(a.Bottom, b.Bottom)};
-}
-
 void include(TRect& r, TPoint p) {
     r.Left = std::min(r.Left, p.X);
     r.Top = std::min(r.Top, p.Y);
@@ -65,7 +60,7 @@ class TKxRMeter::TExtentCanvas : public TCanvas {
 
     void Add(int64_t l, int64_t t, int64_t r, int64_t b) {
         const TRect box{sat(l), sat(t), sat(r), sat(b)};
-        Box = Any ? unite(Box, box) : box;
+        Box = Any ? KxUnionRect(Box, box) : box;
         Any = true;
     }
     // A pixel with the pen's reach round it.
@@ -545,12 +540,6 @@ std::array<TKxRMeter::TSectorSpan, 3> TKxRMeter::sectorList() const {
              {s.Sector3From(), s.Sector3To(), s.Sector3Color()}}};
 }
 
-TColor TKxRMeter::markerColor(int32_t ppt, bool useSectorColor, TColor own) const {
-    TColor c = own;
-    if (useSectorColor && SectorSettings()->CheckSectorColor(ppt, c)) return c;
-    return own;
-}
-
 // The areas the needle (with its caps) and the two marks at these angles cover, in
 // background coordinates; computes the mark polygons on the way.
 TKxRMeter::TComposeAreas TKxRMeter::composeAreas(float angle, float minAngle, float maxAngle) {
@@ -573,8 +562,8 @@ TKxRMeter::TComposeAreas TKxRMeter::composeAreas(float angle, float minAngle, fl
     for (TRect* r : {&areas.needle, &areas.min, &areas.max})
         KxBorder(*r, -2);
     const TMinMax& mm = *MinMax();
-    if (mm.MinVisible()) areas.minColor = markerColor(MinPPT(), mm.UseSectorCol(), mm.MinColor());
-    if (mm.MaxVisible()) areas.maxColor = markerColor(MaxPPT(), mm.UseSectorCol(), mm.MaxColor());
+    if (mm.MinVisible()) areas.minColor = MarkerColor(MinPPT(), mm.MinColor());
+    if (mm.MaxVisible()) areas.maxColor = MarkerColor(MaxPPT(), mm.MaxColor());
     return areas;
 }
 
@@ -592,11 +581,11 @@ void TKxRMeter::DrawPointer(TCanvas* canvas, TColor) {
     size_t count = 0;
     if (lastBoundsValid_ && work_.Width() == whole.Right && work_.Height() == whole.Bottom &&
         work_.DeviceRatio() == background_.DeviceRatio()) {
-        dirty[count++] = unite(now.needle, last_.needle);
+        dirty[count++] = KxUnionRect(now.needle, last_.needle);
         if (!(now.min == last_.min) || now.minColor != last_.minColor)
-            dirty[count++] = unite(now.min, last_.min);
+            dirty[count++] = KxUnionRect(now.min, last_.min);
         if (!(now.max == last_.max) || now.maxColor != last_.maxColor)
-            dirty[count++] = unite(now.max, last_.max);
+            dirty[count++] = KxUnionRect(now.max, last_.max);
     } else {
         MakeCompatibleBitmap(work_, whole.Right, whole.Bottom, background_.GridOrigin());
         dirty[count++] = whole;

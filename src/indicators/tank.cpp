@@ -9,6 +9,7 @@
 #include "kx/drawing/geometry.h"
 #include "kx/drawing/shapes.h"
 #include "kx/drawing/text.h"
+#include "kx/framework/areacomposer.h"
 #include "kx/host/formatfloat.h"
 #include "kx/host/numeric.h"
 
@@ -21,34 +22,6 @@ constexpr int32_t kPad = 3;  // between the area's edges and the vessel or scale
 constexpr int32_t kGap = 2;  // between the vessel, the marker column and the scale
 constexpr int32_t kMinVesselWidth = 5;
 constexpr int32_t kMinScaledWidth = 8;  // below it the scale gives its room to the vessel
-
-TRect bounds(const TPoint* p, size_t n) {
-    TRect r{p[0].X, p[0].Y, p[0].X, p[0].Y};
-    for (size_t i = 1; i < n; ++i) {
-        r.Left = std::min(r.Left, p[i].X);
-        r.Top = std::min(r.Top, p[i].Y);
-        r.Right = std::max(r.Right, p[i].X);
-        r.Bottom = std::max(r.Bottom, p[i].Y);
-    }
-    KxBorder(r, -2);  // the outline and the last row and column
-    return r;
-}
-
-TRect unite(const TRect& a, const TRect& b) {
-    if (a.Width() <= 0 || a.Height() <= 0) return b;
-    if (b.Width() <= 0 || b.Height() <= 0) return a;
-    return TRect{std::min(a.Left, b.Left), std::min(a.Top, b.Top), std::max(a.Right, b.Right),
-                 std::max(a.Bottom, b.Bottom)};
-}
-
-TRect shifted(const TRect& r, TPoint by) {
-    return TRect{WrapAdd(r.Left, by.X), WrapAdd(r.Top, by.Y), WrapAdd(r.Right, by.X),
-                 WrapAdd(r.Bottom, by.Y)};
-}
-
-bool empty(const TRect& r) {
-    return r.Width() <= 0 || r.Height() <= 0;
-}
 
 // Each component moved by share (0..1) of the way towards target.
 TColor blend(TColor c, uint8_t target, double share) {
@@ -72,9 +45,7 @@ TKxTank::TKxTank(QWidget* parent)
       valInd_(new TKxValInd(this)) {
     BeginUpdate();
     // The linear meters' bevels: spacing 5 and width 2 are the bevels' own defaults.
-    bevelInner_->SetStyle(bsLowered);
-    bevelInner_->SetBevelLine(blInner);
-    bevelOuter_->SetBevelLine(blOuter);
+    KxSetDefaultBevels(*bevelInner_, *bevelOuter_);
     // A narrow control: the scale engine's 14 points would crowd the vessel out.
     scaleSettings_->Font()->SetSize(10);
     SetBounds(x(), y(), 140, 240);
@@ -384,12 +355,6 @@ void TKxTank::fillBand(TCanvas& c, TPoint at, int32_t level, TColor color) const
     }
 }
 
-TColor TKxTank::markerColor(int32_t ppt, TColor own) const {
-    TColor c = own;
-    if (MinMax()->UseSectorCol() && SectorSettings()->CheckSectorColor(ppt, c)) return c;
-    return own;
-}
-
 void TKxTank::Paint() {
     if (UpdateCount() > 0) return;
     TCanvas& c = Canvas();
@@ -463,7 +428,7 @@ void TKxTank::Paint() {
         DelControl(this);
         return;
     }
-    if (!empty(scaleRect_)) scaleSettings_->VertiScala(c, scaleRect_);
+    if (!KxIsEmptyRect(scaleRect_)) scaleSettings_->VertiScala(c, scaleRect_);
     paintVessel(c, TPoint{}, tankColor_);
     paintLimitLines(c, TPoint{});
     GetBkUpImage(c, background_, area_);
@@ -472,7 +437,7 @@ void TKxTank::Paint() {
 }
 
 void TKxTank::drawNumber() {
-    if (!HasOption(opValue) || empty(valueBox_)) return;
+    if (!HasOption(opValue) || KxIsEmptyRect(valueBox_)) return;
     valInd_->DrawValue(Canvas(), double(Value()));
 }
 
@@ -529,8 +494,8 @@ void TKxTank::drawLevel(TCanvas& canvas) {
     markers_ = {TPoint{base, ymin}, TPoint{base, WrapAdd(ymin, k)}, TPoint{tip, ymin},
                 TPoint{base, ymax}, TPoint{base, WrapSub(ymax, k)}, TPoint{tip, ymax}};
     const TMarkState state{ymin, ymax,
-                           mm.MinVisible() ? markerColor(minPos, mm.MinColor()) : clNone,
-                           mm.MaxVisible() ? markerColor(maxPos, mm.MaxColor()) : clNone};
+                           mm.MinVisible() ? MarkerColor(minPos, mm.MinColor()) : clNone,
+                           mm.MaxVisible() ? MarkerColor(maxPos, mm.MaxColor()) : clNone};
     std::array<TRect, 2> dirty{};
     // Markers that stand still cost nothing: the rows above never touch their column.
     if (whole || state != lastMarkState_) {
@@ -538,38 +503,27 @@ void TKxTank::drawLevel(TCanvas& canvas) {
         const TRect column{markerColumn_.Left, area_.Top, markerColumn_.Right, area_.Bottom};
         std::array<TRect, 2> now{};
         for (size_t i = 0; i < 2; ++i) {
-            TRect b = bounds(markers_.data() + 3 * i, 3);
+            TRect b = KxPointsBounds(markers_.data() + 3 * i, 3, kKxOutlineReach);
             KxRectIntersection(b, column, b);
-            now[i] = shifted(b, TPoint{-at.X, -at.Y});
+            now[i] = KxOffsetRect(b, -at.X, -at.Y);
         }
         for (size_t i = 0; i < 2; ++i) {
-            dirty[i] = unite(now[i], lastMarks_[i]);
-            if (!empty(dirty[i])) w.CopyRect(dirty[i], background_.Canvas(), dirty[i]);
+            dirty[i] = KxUnionArea(now[i], lastMarks_[i]);
+            if (!KxIsEmptyRect(dirty[i])) w.CopyRect(dirty[i], background_.Canvas(), dirty[i]);
         }
         lastMarks_ = now;
-        w.Pen().SetMode(pmCopy);
-        w.Pen().SetStyle(psSolid);
-        w.Pen().SetWidth(1);
-        w.Pen().SetColor(clBlack);
-        w.Brush().SetStyle(bsSolid);
         std::array<TPoint, 6> local{};
         for (size_t i = 0; i < 6; ++i)
             local[i] = TPoint{WrapSub(markers_[i].X, at.X), WrapSub(markers_[i].Y, at.Y)};
-        if (state.MinColor != clNone) {
-            w.Brush().SetColor(state.MinColor);
-            w.Polygon(std::span<const TPoint>(local.data(), 3));
-        }
-        if (state.MaxColor != clNone) {
-            w.Brush().SetColor(state.MaxColor);
-            w.Polygon(std::span<const TPoint>(local.data() + 3, 3));
-        }
+        KxPaintMinMaxMarkers(w, local.data(), state.MinColor != clNone, state.MinColor,
+                             state.MaxColor != clNone, state.MaxColor);
     }
 
     canvas.SetCopyMode(cmSrcCopy);
     const TRect rows{vl, y0 - at.Y, vr, y1 - at.Y};
-    if (!empty(rows)) canvas.CopyRect(shifted(rows, at), w, rows);
+    if (!KxIsEmptyRect(rows)) canvas.CopyRect(KxOffsetRect(rows, at.X, at.Y), w, rows);
     for (const TRect& d : dirty)
-        if (!empty(d)) canvas.CopyRect(shifted(d, at), w, d);
+        if (!KxIsEmptyRect(d)) canvas.CopyRect(KxOffsetRect(d, at.X, at.Y), w, d);
 }
 
 void TKxTank::ValueChange() {

@@ -9,6 +9,7 @@
 #include "kx/drawing/gradient.h"
 #include "kx/drawing/shapes.h"
 #include "kx/drawing/text.h"
+#include "kx/framework/areacomposer.h"
 #include "kx/host/numeric.h"
 
 namespace kx {
@@ -17,29 +18,6 @@ namespace {
 
 constexpr int64_t kColumnBlinkCode = 4;
 constexpr TColor kGlassEdge = clGray;
-
-TRect bounds(const TPoint* p, size_t n) {
-    TRect r{p[0].X, p[0].Y, p[0].X, p[0].Y};
-    for (size_t i = 1; i < n; ++i) {
-        r.Left = std::min(r.Left, p[i].X);
-        r.Top = std::min(r.Top, p[i].Y);
-        r.Right = std::max(r.Right, p[i].X);
-        r.Bottom = std::max(r.Bottom, p[i].Y);
-    }
-    // The outline pen reaches a pixel past the vertices.
-    KxBorder(r, -2);
-    return r;
-}
-
-TRect unite(const TRect& a, const TRect& b) {
-    return TRect{std::min(a.Left, b.Left), std::min(a.Top, b.Top), std::max(a.Right, b.Right),
-                 std::max(a.Bottom, b.Bottom)};
-}
-
-TRect shifted(const TRect& r, int32_t dx, int32_t dy) {
-    return TRect{WrapAdd(r.Left, dx), WrapAdd(r.Top, dy), WrapAdd(r.Right, dx),
-                 WrapAdd(r.Bottom, dy)};
-}
 
 }  // namespace
 
@@ -50,9 +28,7 @@ TKxThermometer::TKxThermometer(QWidget* parent)
       fontUnit_(new TFont(this)),
       scaleSettings_(new TScaleSettings(this)) {
     BeginUpdate();
-    bevelInner_->SetStyle(bsLowered);
-    bevelInner_->SetBevelLine(blInner);
-    bevelOuter_->SetBevelLine(blOuter);
+    KxSetDefaultBevels(*bevelInner_, *bevelOuter_);
     fontUnit_->SetName(QStringLiteral("System"));
     fontUnit_->SetSize(10);
     fontUnit_->SetColor(clBlack);
@@ -166,7 +142,7 @@ void TKxThermometer::paintBulb(TCanvas& canvas, const TRect& bulb, TColor liquid
 void TKxThermometer::paintLiquid(TCanvas& canvas, TPoint origin, TColor color, int32_t level,
                                  bool shaded) const {
     const int32_t dx = -origin.X, dy = -origin.Y;
-    const TRect bore = shifted(bore_, dx, dy);
+    const TRect bore = KxOffsetRect(bore_, dx, dy);
     const int32_t top = std::clamp(WrapAdd(level, dy), bore.Top, bore.Bottom);
     canvas.Brush().SetStyle(bsSolid);
     canvas.Brush().SetColor(color);
@@ -181,7 +157,7 @@ void TKxThermometer::Paint() {
     if (UpdateCount() > 0) return;
     CalcSize();
     level_ = -1;
-    lastValid_ = false;
+    composer_.Invalidate();
     background_.SetSize(0, 0);
     TRect r = ClientRect();
     TCanvas& c = Canvas();
@@ -257,12 +233,6 @@ void TKxThermometer::Paint() {
     ValueChange();
 }
 
-TColor TKxThermometer::markerColor(int32_t ppt, TColor own) const {
-    TColor c = own;
-    if (MinMax()->UseSectorCol() && SectorSettings()->CheckSectorColor(ppt, c)) return c;
-    return own;
-}
-
 void TKxThermometer::DrawColumn(TCanvas& canvas) {
     if (tooSmall_ || background_.Width() < 2 || background_.Height() < 2) return;
     const TScaleSettings& s = *scaleSettings_;
@@ -282,70 +252,44 @@ void TKxThermometer::DrawColumn(TCanvas& canvas) {
              TPoint{bx, ymax + dy}, TPoint{bx, ymax + dy - k}, TPoint{tx, ymax + dy}};
     }
     const TColor liquid = CurrentLiquidColor();
-    const TRect whole{0, 0, background_.Width(), background_.Height()};
-    const TRect bore = shifted(bore_, dx, dy);
+    const TRect bore = KxOffsetRect(bore_, dx, dy);
     const int32_t ly = std::clamp(WrapAdd(level, dy), bore.Top, bore.Bottom);
-    const std::array<TRect, 3> now{TRect{bore.Left, ly, bore.Right, ly}, bounds(m.data(), 3),
-                                   bounds(m.data() + 3, 3)};
+    const std::array<TRect, 3> now{TRect{bore.Left, ly, bore.Right, ly},
+                                   KxPointsBounds(m.data(), 3, kKxOutlineReach),
+                                   KxPointsBounds(m.data() + 3, 3, kKxOutlineReach)};
 
     const TMinMax& mm = *MinMax();
     const std::array<TColor, 2> markColor{
-        mm.MinVisible() ? markerColor(std::clamp(MinPPT(), 0, 1000), mm.MinColor()) : clNone,
-        mm.MaxVisible() ? markerColor(std::clamp(MaxPPT(), 0, 1000), mm.MaxColor()) : clNone};
-    std::array<TRect, 3> dirty{};
-    size_t count = 0;
+        mm.MinVisible() ? MarkerColor(std::clamp(MinPPT(), 0, 1000), mm.MinColor()) : clNone,
+        mm.MaxVisible() ? MarkerColor(std::clamp(MaxPPT(), 0, 1000), mm.MaxColor()) : clNone};
     if (liquid != bulbColor_) {
         // A new liquid colour fills the bulb anew; everything is recomposed.
         TCanvas& b = background_.Canvas();
-        paintBulb(b, shifted(bulb_, dx, dy), liquid);
+        paintBulb(b, KxOffsetRect(bulb_, dx, dy), liquid);
         bulbColor_ = liquid;
-        lastValid_ = false;
+        composer_.Invalidate();
     }
-    if (lastValid_ && work_.Width() == whole.Right && work_.Height() == whole.Bottom &&
-        work_.DeviceRatio() == background_.DeviceRatio()) {
+    if (composer_.Begin(*this, background_)) {
         // The column band: the rows between the old and the new level.
         const TRect& old = lastDirty_[0];
-        dirty[count++] =
-            TRect{bore.Left, std::min(old.Top, ly) - 1, bore.Right, std::max(old.Top, ly) + 1};
+        composer_.Add(
+            TRect{bore.Left, std::min(old.Top, ly) - 1, bore.Right, std::max(old.Top, ly) + 1});
         // Markers only when they moved (their colour follows their position).
         for (size_t i = 1; i < 3; ++i)
             if (!(now[i] == lastDirty_[i]) || markColor[i - 1] != lastMarkColor_[i - 1])
-                dirty[count++] = unite(now[i], lastDirty_[i]);
-    } else {
-        MakeCompatibleBitmap(work_, whole.Right, whole.Bottom, background_.GridOrigin());
-        dirty[count++] = whole;
+                composer_.Add(KxUnionRect(now[i], lastDirty_[i]));
     }
     lastDirty_ = now;
     lastMarkColor_ = markColor;
-    lastValid_ = true;
     level_ = level;
 
-    TCanvas& w = work_.Canvas();
-    w.SetCopyMode(cmSrcCopy);
-    for (size_t i = 0; i < count; ++i) {
-        KxRectIntersection(dirty[i], whole, dirty[i]);
-        w.CopyRect(dirty[i], background_.Canvas(), dirty[i]);  // an empty one copies nothing
-    }
+    TCanvas& w = composer_.Restore(background_);
     paintLiquid(w, TPoint{strip_.Left, strip_.Top}, blinking_ ? blinkColor_ : liquid, level,
                 !blinking_);
-    w.Pen().SetMode(pmCopy);
-    w.Pen().SetStyle(psSolid);
-    w.Pen().SetWidth(1);
-    w.Pen().SetColor(clBlack);
-    w.Brush().SetStyle(bsSolid);
-    if (mm.MinVisible()) {
-        w.Brush().SetColor(markColor[0]);
-        w.Polygon(std::span<const TPoint>(m.data(), 3));
-    }
-    if (mm.MaxVisible()) {
-        w.Brush().SetColor(markColor[1]);
-        w.Polygon(std::span<const TPoint>(m.data() + 3, 3));
-    }
+    KxPaintMinMaxMarkers(w, m.data(), mm.MinVisible(), markColor[0], mm.MaxVisible(), markColor[1]);
     for (size_t i = 0; i < 6; ++i)
-        markers_[i] = TPoint{WrapSub(m[i].X, dx), WrapSub(m[i].Y, dy)};
-    canvas.SetCopyMode(cmSrcCopy);
-    for (size_t i = 0; i < count; ++i)
-        canvas.CopyRect(shifted(dirty[i], strip_.Left, strip_.Top), w, dirty[i]);
+        markers_[i] = KxOffsetPoint(m[i], strip_.Left, strip_.Top);
+    composer_.Put(canvas, TPoint{strip_.Left, strip_.Top});
 }
 
 void TKxThermometer::ValueChange() {
@@ -373,7 +317,7 @@ void TKxThermometer::flash() {
     if ((overflow || limit) && !tooSmall_ && !Designing()) {
         AddControl(this, kColumnBlinkCode);
         // The whole column changes its look, not only the rows a reading moves.
-        if (!blinking_) lastValid_ = false;
+        if (!blinking_) composer_.Invalidate();
         blinking_ = true;
         return;
     }
@@ -382,7 +326,7 @@ void TKxThermometer::flash() {
     DelControl(this);
     if (!was) return;
     // The column takes its own colour at once.
-    lastValid_ = false;
+    composer_.Invalidate();
     if (Visible() && drawing_ == 0 && UpdateCount() == 0) DrawColumn(Canvas());
 }
 

@@ -25,9 +25,7 @@ TKxValueInd::TKxValueInd(QWidget* parent)
       fontValue_(new TFont(this)),
       fontUnit_(new TFont(this)) {
     BeginUpdate();
-    bevelInner_->SetStyle(bsLowered);
-    bevelInner_->SetBevelLine(blInner);
-    bevelOuter_->SetBevelLine(blOuter);
+    KxSetDefaultBevels(*bevelInner_, *bevelOuter_);
     bevelValue_->SetStyle(bsLowered);
     bevelValue_->SetSpacing(0);
     bevelValue_->SetColor(clBlack);

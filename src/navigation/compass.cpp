@@ -9,6 +9,7 @@
 #include "kx/drawing/geometry.h"
 #include "kx/drawing/shapes.h"
 #include "kx/drawing/text.h"
+#include "kx/framework/areacomposer.h"
 #include "kx/framework/valuebox.h"
 #include "kx/host/formatfloat.h"
 #include "kx/host/numeric.h"
@@ -19,40 +20,6 @@ namespace {
 
 constexpr int32_t kNeedleKind = 4;  // a shaft with an arrow head
 constexpr float kFull = 360.0f;
-
-TRect bounds(const TPoint* p, size_t n) {
-    TRect r{p[0].X, p[0].Y, p[0].X, p[0].Y};
-    for (size_t i = 1; i < n; ++i) {
-        r.Left = std::min(r.Left, p[i].X);
-        r.Top = std::min(r.Top, p[i].Y);
-        r.Right = std::max(r.Right, p[i].X);
-        r.Bottom = std::max(r.Bottom, p[i].Y);
-    }
-    // Outline pens and rounding reach a pixel or two past the vertices.
-    KxBorder(r, -2);
-    return r;
-}
-
-bool empty(const TRect& r) {
-    return r.Right <= r.Left || r.Bottom <= r.Top;
-}
-
-// An empty rectangle adds nothing (it would otherwise drag the union to its corner).
-TRect unite(const TRect& a, const TRect& b) {
-    if (empty(a)) return b;
-    if (empty(b)) return a;
-    return TRect{std::min(a.Left, b.Left), std::min(a.Top, b.Top), std::max(a.Right, b.Right),
-                 std::max(a.Bottom, b.Bottom)};
-}
-
-TRect shifted(const TRect& r, TPoint by) {
-    return TRect{WrapAdd(r.Left, by.X), WrapAdd(r.Top, by.Y), WrapAdd(r.Right, by.X),
-                 WrapAdd(r.Bottom, by.Y)};
-}
-
-TPoint moved(TPoint p, TPoint by) {
-    return TPoint{WrapAdd(p.X, by.X), WrapAdd(p.Y, by.Y)};
-}
 
 // Card labels every 30 degrees: the cardinal letters, else tens of degrees.
 QString label(int32_t degrees) {
@@ -94,9 +61,7 @@ TKxCompass::TKxCompass(QWidget* parent)
       fontValue_(new TFont(this)),
       scaleSettings_(new TScaleSettings(this)) {
     BeginUpdate();
-    bevelInner_->SetStyle(bsLowered);
-    bevelInner_->SetBevelLine(blInner);
-    bevelOuter_->SetBevelLine(blOuter);
+    KxSetDefaultBevels(*bevelInner_, *bevelOuter_);
     bevelValue_->SetStyle(bsLowered);
     bevelValue_->SetWidth(2);
     bevelValue_->SetColor(clBlack);
@@ -230,7 +195,7 @@ QString TKxCompass::ReadoutText() const {
 
 void TKxCompass::Paint() {
     if (UpdateCount() > 0) return;
-    lastValid_ = false;
+    composer_.Invalidate();
     TCanvas& c = Canvas();
     TRect r = ClientRect();
     int32_t t = 0;
@@ -352,7 +317,7 @@ void TKxCompass::shapesFor(TShapes& s) const {
                      kArrowPointsHigh);
         const TPoint by{m.X - needleR_, m.Y - needleR_};
         for (size_t i = 0; i < s.pointer.size(); ++i)
-            s.pointer[i] = KxRotate(moved(field[i + 2], by), m, heading, true);
+            s.pointer[i] = KxRotate(KxOffsetPoint(field[i + 2], by.X, by.Y), m, heading, true);
         s.pointerN = s.pointer.size();
     } else {
         s.needle = -1.0f;
@@ -381,12 +346,6 @@ void TKxCompass::shapesFor(TShapes& s) const {
         s.marks[i] = KxRotate(marks[i], m, i < 3 ? minAt : maxAt, true);
 }
 
-TColor TKxCompass::markerColor(int32_t ppt, TColor own) const {
-    TColor c = own;
-    if (MinMax()->UseSectorCol() && SectorSettings()->CheckSectorColor(ppt, c)) return c;
-    return own;
-}
-
 void TKxCompass::DrawPointer(TCanvas& canvas) {
     if (tooSmall_ || background_.Width() < 2) return;
     TShapes s;
@@ -394,51 +353,25 @@ void TKxCompass::DrawPointer(TCanvas& canvas) {
     const TMinMax& mm = *MinMax();
     const bool bugShown = HasOption(opCourse);
     const std::array<TRect, 4> now{
-        unite(bounds(s.pointer.data(), s.pointerN), s.cap),
-        bugShown ? bounds(s.bug.data(), 5) : TRect{},
-        mm.MinVisible() ? bounds(s.marks.data(), 3) : TRect{},
-        mm.MaxVisible() ? bounds(s.marks.data() + 3, 3) : TRect{},
+        KxUnionArea(KxPointsBounds(s.pointer.data(), s.pointerN, kKxOutlineReach), s.cap),
+        bugShown ? KxPointsBounds(s.bug.data(), 5, kKxOutlineReach) : TRect{},
+        mm.MinVisible() ? KxPointsBounds(s.marks.data(), 3, kKxOutlineReach) : TRect{},
+        mm.MaxVisible() ? KxPointsBounds(s.marks.data() + 3, 3, kKxOutlineReach) : TRect{},
     };
 
     // A fixed card restores only what the old and the new shapes cover; a turning card
     // changes the whole face.
-    const TRect whole{0, 0, background_.Width(), background_.Height()};
     const bool rotating = HasOption(opRotatingCard);
-    std::array<TRect, 4> dirty{};
-    size_t count = 0;
-    if (!rotating && lastValid_ && work_.Width() == whole.Right && work_.Height() == whole.Bottom &&
-        work_.DeviceRatio() == background_.DeviceRatio()) {
-        for (size_t i = 0; i < now.size(); ++i) {
-            const TRect u = unite(now[i], lastDirty_[i]);
-            if (!empty(u)) dirty[count++] = u;
-        }
-    } else {
-        MakeCompatibleBitmap(work_, whole.Right, whole.Bottom, background_.GridOrigin());
-        dirty[count++] = whole;
-    }
+    if (composer_.Begin(*this, background_, rotating))
+        for (size_t i = 0; i < now.size(); ++i)
+            composer_.Add(KxUnionArea(now[i], lastDirty_[i]));
     lastDirty_ = now;
-    lastValid_ = true;
-    TCanvas& w = work_.Canvas();
-    w.SetCopyMode(cmSrcCopy);
-    for (size_t i = 0; i < count; ++i) {
-        KxRectIntersection(dirty[i], whole, dirty[i]);
-        w.CopyRect(dirty[i], background_.Canvas(), dirty[i]);  // an empty one copies nothing
-    }
+    TCanvas& w = composer_.Restore(background_);
     if (rotating) drawCard(w, s.card);
 
-    w.Pen().SetMode(pmCopy);
-    w.Pen().SetStyle(psSolid);
-    w.Pen().SetWidth(1);
-    w.Pen().SetColor(clBlack);
-    w.Brush().SetStyle(bsSolid);
-    if (mm.MinVisible()) {
-        w.Brush().SetColor(markerColor(std::clamp(MinPPT(), 0, 1000), mm.MinColor()));
-        w.Polygon(std::span<const TPoint>(s.marks.data(), 3));
-    }
-    if (mm.MaxVisible()) {
-        w.Brush().SetColor(markerColor(std::clamp(MaxPPT(), 0, 1000), mm.MaxColor()));
-        w.Polygon(std::span<const TPoint>(s.marks.data() + 3, 3));
-    }
+    KxPaintMinMaxMarkers(w, s.marks.data(), mm.MinVisible(),
+                         MarkerColor(std::clamp(MinPPT(), 0, 1000), mm.MinColor()), mm.MaxVisible(),
+                         MarkerColor(std::clamp(MaxPPT(), 0, 1000), mm.MaxColor()));
     if (bugShown) {
         w.Brush().SetColor(courseColor_);
         w.Polygon(std::span<const TPoint>(s.bug.data(), 5));
@@ -454,18 +387,16 @@ void TKxCompass::DrawPointer(TCanvas& canvas) {
     cardAngle_ = s.card;
     needleAngle_ = s.needle;
     for (size_t i = 0; i < needle_.size(); ++i)
-        needle_[i] = moved(s.pointer[i], at);
+        needle_[i] = KxOffsetPoint(s.pointer[i], at.X, at.Y);
     for (size_t i = 0; i < bug_.size(); ++i)
-        bug_[i] = moved(s.bug[i], at);
+        bug_[i] = KxOffsetPoint(s.bug[i], at.X, at.Y);
     for (size_t i = 0; i < markers_.size(); ++i)
-        markers_[i] = moved(s.marks[i], at);
-    canvas.SetCopyMode(cmSrcCopy);
-    for (size_t i = 0; i < count; ++i)
-        canvas.CopyRect(shifted(dirty[i], at), w, dirty[i]);  // an empty one copies nothing
+        markers_[i] = KxOffsetPoint(s.marks[i], at.X, at.Y);
+    composer_.Put(canvas, at);
 }
 
 void TKxCompass::drawReadout() {
-    if (empty(readoutBox_)) return;
+    if (KxIsEmptyRect(readoutBox_)) return;
     KxDrawNumberBox(Canvas(), number_, readoutBox_, bevelValue_->Color(), *fontValue_,
                     ReadoutText());
 }

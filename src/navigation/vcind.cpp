@@ -20,11 +20,6 @@ constexpr int64_t kNeedleBlinkCode = 4;
 constexpr double kPi = 3.14159265358979323846;
 const QString kDegree = QStringLiteral("\u00B0");
 
-TRect shifted(const TRect& r, int32_t dx, int32_t dy) {
-    return TRect{WrapAdd(r.Left, dx), WrapAdd(r.Top, dy), WrapAdd(r.Right, dx),
-                 WrapAdd(r.Bottom, dy)};
-}
-
 // A point of the card (u to the right, v down, from the window's centre) on the work
 // bitmap, the card turned by the angle whose sine and cosine are given.
 struct TCard {
@@ -44,10 +39,6 @@ void solidPen(TCanvas& c, TColor color, int32_t width = 1) {
 void line(TCanvas& c, TPoint a, TPoint b) {
     c.MoveTo(a.X, a.Y);
     c.LineTo(b.X, b.Y);
-}
-
-bool empty(const TRect& r) {
-    return r.Right <= r.Left || r.Bottom <= r.Top;
 }
 
 bool isMajorRollTick(int32_t a) {
@@ -70,9 +61,7 @@ TKxVCInd::TKxVCInd(QWidget* parent)
     BeginUpdate();
     KxInstallVCIndAccessibility();
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    bevelInner_->SetStyle(bsLowered);
-    bevelInner_->SetBevelLine(blInner);
-    bevelOuter_->SetBevelLine(blOuter);
+    KxSetDefaultBevels(*bevelInner_, *bevelOuter_);
     fontValue_->SetName(QStringLiteral("Arial"));
     fontValue_->SetSize(10);
     fontValue_->SetStyle(fsBold);
@@ -290,13 +279,13 @@ void TKxVCInd::layout(TRect r) {
 }
 
 void TKxVCInd::paintStatic(TCanvas& c) {
-    if (!empty(courseBox_)) {
+    if (!KxIsEmptyRect(courseBox_)) {
         solidPen(c, clBlack);
         c.Brush().SetStyle(bsSolid);
         c.Brush().SetColor(clWhite);
         c.Rectangle(courseBox_);
     }
-    if (!empty(devStrip_)) {
+    if (!KxIsEmptyRect(devStrip_)) {
         if (HasOption(opSector))
             KxDrawSectorBands(
                 c, TRect{trackL_, WrapAdd(trackY_, 1), WrapAdd(trackR_, 1), WrapAdd(trackY_, 4)},
@@ -344,7 +333,7 @@ void TKxVCInd::makeOverlay() {
     overlay_.ClearTransparent();
     TCanvas& o = overlay_.Canvas();
     const TRect square{0, 0, d, d};
-    const TRect hole = shifted(window_, -face_.Left, -face_.Top);
+    const TRect hole = KxOffsetRect(window_, -face_.Left, -face_.Top);
     // Everything but the window, copied from the static painting: ring, ticks, corners.
     o.SetClipRegion(TCanvas::RectRegion(square).subtracted(TCanvas::EllipticRegion(hole)));
     o.SetCopyMode(cmSrcCopy);
@@ -402,12 +391,12 @@ void TKxVCInd::putOnSurface(const TRect& r) {
     if (!KxRectIntersection(r, TRect{0, 0, work_.Width(), work_.Height()}, part)) return;
     TCanvas& c = Canvas();
     c.SetCopyMode(cmSrcCopy);
-    c.CopyRect(shifted(part, area_.Left, area_.Top), work_.Canvas(), part);
+    c.CopyRect(KxOffsetRect(part, area_.Left, area_.Top), work_.Canvas(), part);
 }
 
 void TKxVCInd::composeFace(TCanvas& w) {
-    const TRect face = shifted(face_, -area_.Left, -area_.Top);
-    const TRect win = shifted(window_, -area_.Left, -area_.Top);
+    const TRect face = KxOffsetRect(face_, -area_.Left, -area_.Top);
+    const TRect win = KxOffsetRect(window_, -area_.Left, -area_.Top);
     const double rw = Div(win.Width(), 2);
     const double phi = -double(roll_) * kPi / 180.0;
     const TCard card{win.Left + (win.Width() - 1) / 2.0, win.Top + (win.Height() - 1) / 2.0,
@@ -478,14 +467,14 @@ void TKxVCInd::composeFace(TCanvas& w) {
 }
 
 void TKxVCInd::drawFace() {
-    if (empty(face_) || work_.Width() != area_.Width()) return;
+    if (KxIsEmptyRect(face_) || work_.Width() != area_.Width()) return;
     composeFace(work_.Canvas());
-    putOnSurface(shifted(face_, -area_.Left, -area_.Top));
+    putOnSurface(KxOffsetRect(face_, -area_.Left, -area_.Top));
 }
 
 void TKxVCInd::drawCourse() {
-    if (empty(courseBox_) || work_.Width() != area_.Width()) return;
-    TRect box = shifted(courseBox_, -area_.Left, -area_.Top);
+    if (KxIsEmptyRect(courseBox_) || work_.Width() != area_.Width()) return;
+    TRect box = KxOffsetRect(courseBox_, -area_.Left, -area_.Top);
     KxBorder(box, 1);
     KxDrawNumberBox(work_.Canvas(), numberCache_, box, clWhite, *fontValue_, CourseText(), 2);
     putOnSurface(box);
@@ -502,9 +491,7 @@ void TKxVCInd::composeDeviation(TCanvas& w) {
     const TMinMax& mm = *MinMax();
     auto marker = [&](int32_t ppt, int32_t side, TColor own) {
         const int32_t pos = std::clamp(ppt, 0, 1000), x = at(pos);
-        TColor col = own;
-        if (!(mm.UseSectorCol() && SectorSettings()->CheckSectorColor(pos, col))) col = own;
-        w.Brush().SetColor(col);
+        w.Brush().SetColor(MarkerColor(pos, own));
         const std::array<TPoint, 3> m{TPoint{x, y - 1}, TPoint{x + side * k, y - 1},
                                       TPoint{x, y - 1 - t}};
         w.Polygon(m);
@@ -520,8 +507,8 @@ void TKxVCInd::composeDeviation(TCanvas& w) {
 }
 
 void TKxVCInd::drawDeviation() {
-    if (empty(devStrip_) || work_.Width() != area_.Width()) return;
-    const TRect strip = shifted(devStrip_, -area_.Left, -area_.Top);
+    if (KxIsEmptyRect(devStrip_) || work_.Width() != area_.Width()) return;
+    const TRect strip = KxOffsetRect(devStrip_, -area_.Left, -area_.Top);
     TCanvas& w = work_.Canvas();
     w.SetCopyMode(cmSrcCopy);
     w.CopyRect(strip, background_.Canvas(), strip);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <vector>
 
 namespace kx {
 namespace {
@@ -144,6 +145,75 @@ TEST(Geometry, Borders) {
     TRect extreme{INT_MIN, 0, INT_MAX, 0};
     KxBorder(extreme, -1);
     EXPECT_EQ(extreme, (TRect{INT_MAX, -1, INT_MIN, 1}));
+}
+
+TEST(Geometry, PointsBoundsHoldEveryPointAndTheMargin) {
+    struct Case {
+        std::vector<TPoint> points;
+        int32_t margin;
+        TRect expected;
+    } cases[] = {
+        // clang-format off
+        // Edges through the extreme points (not one past them), then the margin.
+        {{{5, 7}}, 0, {5, 7, 5, 7}},
+        {{{5, 7}}, 2, {3, 5, 7, 9}},
+        {{{10, 0}, {0, 10}, {20, 10}}, 0, {0, 0, 20, 10}},
+        {{{10, 0}, {0, 10}, {20, 10}}, kKxOutlineReach, {-2, -2, 22, 12}},
+        {{{-4, 9}, {3, -8}, {-1, 2}, {6, 1}}, 1, {-5, -9, 7, 10}},
+        // A negative margin shrinks.
+        {{{0, 0}, {10, 10}}, -3, {3, 3, 7, 7}},
+        // Extreme coordinates wrap instead of overflowing.
+        {{{INT_MAX, 0}, {INT_MIN, 0}}, 1, {INT_MAX, -1, INT_MIN, 1}},
+        // clang-format on
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(KxPointsBounds(c.points.data(), c.points.size(), c.margin), c.expected)
+            << c.points.size() << " points, margin " << c.margin;
+}
+
+TEST(Geometry, UnionKeepsOrDropsEmptyRectangles) {
+    struct Case {
+        TRect a, b, rect, area;
+        bool aEmpty;
+    } cases[] = {
+        // clang-format off
+        {{0, 0, 10, 10}, {5, 5, 20, 15}, {0, 0, 20, 15}, {0, 0, 20, 15}, false},
+        {{5, 5, 6, 6}, {-3, 8, 1, 9}, {-3, 5, 6, 9}, {-3, 5, 6, 9}, false},
+        // A zero-height strip still marks its rows in the rectangle union ...
+        {{2, 30, 8, 30}, {2, 10, 8, 12}, {2, 10, 8, 30}, {2, 10, 8, 12}, true},
+        // ... and the all-zero "nothing" rectangle would drag the union to the origin.
+        {{}, {40, 50, 60, 70}, {0, 0, 60, 70}, {40, 50, 60, 70}, true},
+        {{40, 50, 60, 70}, {}, {0, 0, 60, 70}, {40, 50, 60, 70}, false},
+        // Inverted rectangles count as empty.
+        {{10, 10, 5, 20}, {0, 0, 1, 1}, {0, 0, 5, 20}, {0, 0, 1, 1}, true},
+        {{10, 20, 20, 10}, {0, 0, 1, 1}, {0, 0, 20, 10}, {0, 0, 1, 1}, true},
+        // Both empty: the area union is the second.
+        {{}, {3, 3, 3, 9}, {0, 0, 3, 9}, {3, 3, 3, 9}, true},
+        // clang-format on
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(KxIsEmptyRect(c.a), c.aEmpty) << c.a.Left << "," << c.a.Top;
+        EXPECT_EQ(KxUnionRect(c.a, c.b), c.rect) << c.a.Left << "," << c.a.Top;
+        EXPECT_EQ(KxUnionArea(c.a, c.b), c.area) << c.a.Left << "," << c.a.Top;
+        EXPECT_EQ(KxUnionRect(c.b, c.a), c.rect) << "swapped " << c.a.Left;
+    }
+}
+
+TEST(Geometry, OffsetsMoveEveryCoordinateAndWrap) {
+    struct Case {
+        TRect r;
+        int32_t dx, dy;
+        TRect expected;
+    } cases[] = {
+        {{0, 0, 10, 20}, 5, -7, {5, -7, 15, 13}},
+        {{-5, -5, 5, 5}, 0, 0, {-5, -5, 5, 5}},
+        {{INT_MAX - 1, 0, INT_MAX, 1}, 2, INT_MIN, {INT_MIN, INT_MIN, INT_MIN + 1, INT_MIN + 1}},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(KxOffsetRect(c.r, c.dx, c.dy), c.expected) << c.dx << "," << c.dy;
+        const TPoint tl = KxOffsetPoint(TPoint{c.r.Left, c.r.Top}, c.dx, c.dy);
+        EXPECT_EQ(tl, (TPoint{c.expected.Left, c.expected.Top})) << c.dx << "," << c.dy;
+    }
 }
 
 TEST(Geometry, IntegerHelpers) {

@@ -5,6 +5,7 @@
 // whose Right < Left or Bottom < Top. Coordinate sums and differences are computed
 // in wrapping 32-bit arithmetic, as the classic 32-bit code does, so extreme
 // coordinates give a wrapped (but defined) result instead of undefined behaviour.
+#include <cstddef>
 #include <cstdint>
 
 #include "kx/host/types.h"
@@ -34,6 +35,23 @@ TRect KxMakeSquare(const TRect& r);
 TRect KxMakeCenterSquare(const TRect& r);
 // Grows r so that it includes (x, y).
 void KxGetMaxRect(int32_t x, int32_t y, TRect& r);
+// How far a one-pixel outline and the rounding of its vertices reach past a polygon's
+// vertices: the margin for KxPointsBounds when a redraw must cover such a polygon.
+constexpr int32_t kKxOutlineReach = 2;
+// The smallest rectangle whose edges hold the n points (n >= 1), grown by margin on
+// every side (wrapping).
+TRect KxPointsBounds(const TPoint* p, size_t n, int32_t margin);
+// Right <= Left or Bottom <= Top: the rectangle covers no pixel.
+bool KxIsEmptyRect(const TRect& r);
+// The smallest rectangle holding both, edges of an empty one included: an empty strip
+// still marks the rows or columns it lies on.
+TRect KxUnionRect(const TRect& a, const TRect& b);
+// The smallest rectangle holding the pixels of both: an empty one adds nothing (it would
+// otherwise drag the union out to its corner).
+TRect KxUnionArea(const TRect& a, const TRect& b);
+// r moved by (dx, dy), wrapping.
+TRect KxOffsetRect(const TRect& r, int32_t dx, int32_t dy);
+TPoint KxOffsetPoint(TPoint p, int32_t dx, int32_t dy);
 // Moves every edge inward by n (a negative n grows the rectangle).
 void KxBorder(TRect& r, int32_t n);
 // Moves the edges inward by l, t, r, b respectively.

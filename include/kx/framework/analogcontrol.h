@@ -218,6 +218,10 @@ class TKxAnalogGControl : public TKxGraphicControl {
     // t pixels below the bottom r is moved up to (Name2 lowest, Name1 above it).
     void PaintNames(TCanvas& canvas, TRect& r, int32_t t, bool name1, bool name2,
                     const TNameSizes& sizes) const;
+    // The fill of a minimum or maximum marker at the position ppt: with
+    // MinMax.UseSectorCol the colour of the sector that holds ppt (the last of
+    // overlapping ones), else own.
+    TColor MarkerColor(int32_t ppt, TColor own) const;
 
     KX_FLAT_FONT(Font, Font())
     KX_FLAT_SIGNALSETTINGS(SignalSettings, SignalSettings())

@@ -148,6 +148,10 @@ inline constexpr TBevelLine blOuter = TKxSBevel::blOuter;
 inline constexpr TBevelLine blInner = TKxSBevel::blInner;
 inline constexpr TBevelLine blBoth = TKxSBevel::blBoth;
 
+// The frame pair most instruments start with: a lowered inner bevel with its inner line
+// and an outer bevel with its outer line (spacing and width stay the bevels' own).
+void KxSetDefaultBevels(TKxSBevel& inner, TKxSBevel& outer);
+
 // The flat properties of a TKxSBevel (see flatproperty.h).
 #define KX_FLAT_SBEVEL(Prefix, Object)                                                  \
     KX_FLAT_OFFSET(Prefix##_Offset, (Object)->Offset())                                 \

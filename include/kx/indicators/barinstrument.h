@@ -162,7 +162,6 @@ class TKxBarInstrument : public TKxAnalogGControl {
     void drawMarkers();
     void drawValue();
     void startOrStopBlinking();
-    TColor markerColor(int32_t ppt, TColor own) const;
 
     bool autoSize_ = true;
     TFont* fontValue_;

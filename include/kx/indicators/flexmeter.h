@@ -119,6 +119,7 @@
 #include <vector>
 
 #include "kx/framework/analogcontrol.h"
+#include "kx/framework/areacomposer.h"
 #include "kx/framework/customscale.h"
 #include "kx/framework/flatproperty.h"
 #include "kx/framework/sbevel.h"
@@ -271,7 +272,6 @@ class TKxFlexMeter : public TKxAnalogGControl {
     void hookSettings();
     void requestRepaint();
     bool shown() const;
-    TColor markerColor(int32_t ppt, TColor own) const;
     void paintHeader(TCanvas& c, TRect& r);
     void layoutScale(TCanvas& c, int32_t labelCap);
     void chooseLabelFont(TCanvas& c, int32_t u, int32_t along, int32_t cap);
@@ -304,11 +304,9 @@ class TKxFlexMeter : public TKxAnalogGControl {
     int32_t labelEvery_ = 1;
 
     TBitmap background_;
-    TBitmap work_;
+    TKxPointerComposer composer_;
     std::array<TPoint, 3> pointer_{};
     std::array<TPoint, 6> markers_{};
-    std::array<TRect, 3> lastDirty_{};
-    bool lastValid_ = false;
     bool blinking_ = false;
     TColor blinkColor_ = clRed;
     int32_t lastDrawn_ = -1;

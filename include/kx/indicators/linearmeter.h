@@ -56,6 +56,7 @@
 #include <array>
 
 #include "kx/framework/analogcontrol.h"
+#include "kx/framework/areacomposer.h"
 #include "kx/framework/sbevel.h"
 #include "kx/framework/scalesettings.h"
 #include "kx/host/bitmap.h"
@@ -164,7 +165,6 @@ class TKxLinearMeter : public TKxAnalogGControl {
 
   private:
     void hookSettings();
-    TColor markerColor(int32_t ppt, TColor own) const;
     bool shown() const;
 
     bool autoSize_ = true;
@@ -177,11 +177,9 @@ class TKxLinearMeter : public TKxAnalogGControl {
     TRect area_{};
     bool tooSmall_ = false;
     TBitmap background_;
-    TBitmap work_;
+    TKxPointerComposer composer_;
     std::array<TPoint, 3> pointer_{};
     std::array<TPoint, 6> markers_{};
-    std::array<TRect, 3> lastDirty_{};
-    bool lastValid_ = false;
     bool blinking_ = false;
     TColor blinkColor_ = clRed;
     int32_t lastDrawn_ = -1;

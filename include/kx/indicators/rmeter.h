@@ -206,7 +206,6 @@ class TKxRMeter : public TKxAnalogGControl {
     void paintUnit(const TRect& r);
     void buildNeedleField();
     void buildMarkerTemplate();
-    TColor markerColor(int32_t ppt, bool useSectorColor, TColor own) const;
     struct TComposeAreas {
         TRect needle, min, max;
         TColor minColor = clNone, maxColor = clNone;  // clNone: not shown

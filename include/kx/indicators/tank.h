@@ -253,7 +253,6 @@ class TKxTank : public TKxAnalogGControl {
     void drawNumber();
     void fillBand(TCanvas& c, TPoint at, int32_t level, TColor color) const;
     void startOrStopBlinking();
-    TColor markerColor(int32_t ppt, TColor own) const;
 
     TKxSBevel* bevelInner_;
     TKxSBevel* bevelOuter_;

@@ -72,6 +72,7 @@
 #include <array>
 
 #include "kx/framework/analogcontrol.h"
+#include "kx/framework/areacomposer.h"
 #include "kx/framework/sbevel.h"
 #include "kx/framework/scalesettings.h"
 #include "kx/host/bitmap.h"
@@ -174,7 +175,6 @@ class TKxThermometer : public TKxAnalogGControl {
     // The column from level down into the bulb; canvas's (0, 0) lies at origin.
     void paintLiquid(TCanvas& canvas, TPoint origin, TColor color, int32_t level,
                      bool shaded) const;
-    TColor markerColor(int32_t ppt, TColor own) const;
     bool shown() const { return Visible() || Designing(); }
 
     TKxSBevel* bevelInner_;
@@ -190,12 +190,11 @@ class TKxThermometer : public TKxAnalogGControl {
     TRect area_{}, strip_{}, tube_{}, bore_{}, bulb_{}, scaleRect_{};
     bool tooSmall_ = false;
     TBitmap background_;  // the strip: markers' room and tube, bulb in bulbColor_
-    TBitmap work_;
+    TKxAreaComposer composer_;
     TColor bulbColor_ = clRed;
     std::array<TPoint, 6> markers_{};
     std::array<TRect, 3> lastDirty_{};  // column band, min marker, max marker (strip)
     std::array<TColor, 2> lastMarkColor_{};
-    bool lastValid_ = false;
     int32_t level_ = -1;
     bool blinking_ = false;
     TColor blinkColor_ = clRed;

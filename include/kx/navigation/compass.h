@@ -122,6 +122,7 @@
 #include <array>
 
 #include "kx/framework/analogcontrol.h"
+#include "kx/framework/areacomposer.h"
 #include "kx/framework/sbevel.h"
 #include "kx/framework/scalesettings.h"
 #include "kx/host/bitmap.h"
@@ -255,7 +256,6 @@ class TKxCompass : public TKxAnalogGControl {
     void shapesFor(TShapes& s) const;
     void drawReadout();
     int32_t capRadius() const;
-    TColor markerColor(int32_t ppt, TColor own) const;
 
     TKxSBevel* bevelInner_;
     TKxSBevel* bevelOuter_;
@@ -277,7 +277,7 @@ class TKxCompass : public TKxAnalogGControl {
     TRect readoutBox_{};
     bool tooSmall_ = true;
     TBitmap background_;
-    TBitmap work_;
+    TKxAreaComposer composer_;
     TBitmap number_;
     float cardAngle_ = 0.0f;
     float needleAngle_ = 0.0f;
@@ -285,7 +285,6 @@ class TKxCompass : public TKxAnalogGControl {
     std::array<TPoint, 5> bug_{};
     std::array<TPoint, 6> markers_{};
     std::array<TRect, 4> lastDirty_{};
-    bool lastValid_ = false;
 };
 
 }  // namespace kx
