@@ -67,13 +67,13 @@ void TKxThermometer::SetScaleSettings(const TScaleSettings* v) {
     if (v && v != scaleSettings_) scaleSettings_->Assign(v);
 }
 
-void TKxThermometer::SetLiquidColor(TColor v) {
+void TKxThermometer::SetLiquidColor(TColorArg v) {
     if (v == liquidColor_) return;
     liquidColor_ = v;
     requestRepaint();
 }
 
-void TKxThermometer::SetTubeColor(TColor v) {
+void TKxThermometer::SetTubeColor(TColorArg v) {
     if (v == tubeColor_) return;
     tubeColor_ = v;
     requestRepaint();

@@ -111,13 +111,13 @@ class TKxTank : public TKxAnalogGControl {
     Q_OBJECT
     Q_PROPERTY(kx::TKxSBevel* BevelInner READ BevelInner WRITE SetBevelInner DESIGNABLE false)
     Q_PROPERTY(kx::TKxSBevel* BevelOuter READ BevelOuter WRITE SetBevelOuter DESIGNABLE false)
-    Q_PROPERTY(int LiquidColor READ LiquidColor WRITE setLiquidColor)
-    Q_PROPERTY(int LimitLowerColor READ LimitLowerColor WRITE setLimitLowerColor)
-    Q_PROPERTY(int LimitUpperColor READ LimitUpperColor WRITE setLimitUpperColor)
+    Q_PROPERTY(QColor LiquidColor READ QLiquidColor WRITE setLiquidColor)
+    Q_PROPERTY(QColor LimitLowerColor READ QLimitLowerColor WRITE setLimitLowerColor)
+    Q_PROPERTY(QColor LimitUpperColor READ QLimitUpperColor WRITE setLimitUpperColor)
     Q_PROPERTY(int Options READ Options WRITE setOptions)
     Q_PROPERTY(kx::TScaleSettings* ScaleSettings READ ScaleSettings WRITE SetScaleSettings
                    DESIGNABLE false)
-    Q_PROPERTY(int TankColor READ TankColor WRITE setTankColor)
+    Q_PROPERTY(QColor TankColor READ QTankColor WRITE setTankColor)
     Q_PROPERTY(int TankShape READ TankShape WRITE setTankShape)
     Q_PROPERTY(kx::TKxValInd* ValInd READ ValInd WRITE SetValInd DESIGNABLE false)
     Q_PROPERTY(bool ValueTop READ ValueTop WRITE setValueTop)
@@ -173,11 +173,15 @@ class TKxTank : public TKxAnalogGControl {
     void SetValueTop(bool v);
 
     // Qt-style names for uic, which calls "set" + the property name.
-    void setLiquidColor(int v) { SetLiquidColor(TColor(v)); }
-    void setLimitLowerColor(int v) { SetLimitLowerColor(TColor(v)); }
-    void setLimitUpperColor(int v) { SetLimitUpperColor(TColor(v)); }
+    QColor QLiquidColor() const { return EncodeQColor(LiquidColor()); }
+    void setLiquidColor(const QColor& v) { SetLiquidColor(v); }
+    QColor QLimitLowerColor() const { return EncodeQColor(LimitLowerColor()); }
+    void setLimitLowerColor(const QColor& v) { SetLimitLowerColor(v); }
+    QColor QLimitUpperColor() const { return EncodeQColor(LimitUpperColor()); }
+    void setLimitUpperColor(const QColor& v) { SetLimitUpperColor(v); }
     void setOptions(int v) { SetOptions(TTankOptions(v)); }
-    void setTankColor(int v) { SetTankColor(TColor(v)); }
+    QColor QTankColor() const { return EncodeQColor(TankColor()); }
+    void setTankColor(const QColor& v) { SetTankColor(v); }
     void setTankShape(int v) {
         if (v == tsCylinder || v == tsRectangular) SetTankShape(TTankShape(v));
     }

@@ -84,8 +84,8 @@ class TKxThermometer : public TKxAnalogGControl {
     Q_PROPERTY(kx::TKxSBevel* BevelInner READ BevelInner WRITE SetBevelInner DESIGNABLE false)
     Q_PROPERTY(kx::TKxSBevel* BevelOuter READ BevelOuter WRITE SetBevelOuter DESIGNABLE false)
     Q_PROPERTY(kx::TFont* FontUnit READ FontUnit WRITE SetFontUnit DESIGNABLE false)
-    Q_PROPERTY(int LiquidColor READ LiquidColor WRITE setLiquidColor)
-    Q_PROPERTY(int TubeColor READ TubeColor WRITE setTubeColor)
+    Q_PROPERTY(QColor LiquidColor READ QLiquidColor WRITE setLiquidColor)
+    Q_PROPERTY(QColor TubeColor READ QTubeColor WRITE setTubeColor)
     Q_PROPERTY(int Options READ Options WRITE setOptions)
     Q_PROPERTY(kx::TScaleSettings* ScaleSettings READ ScaleSettings WRITE SetScaleSettings
                    DESIGNABLE false)
@@ -118,17 +118,20 @@ class TKxThermometer : public TKxAnalogGControl {
     TFont* FontUnit() const { return fontUnit_; }
     void SetFontUnit(const TFont* v);
     TColor LiquidColor() const { return liquidColor_; }
-    void SetLiquidColor(TColor v);
+    void SetLiquidColor(TColorArg v);
     TColor TubeColor() const { return tubeColor_; }
-    void SetTubeColor(TColor v);
+    void SetTubeColor(TColorArg v);
     TThermometerOptions Options() const { return options_; }
     void SetOptions(TThermometerOptions v);
     bool HasOption(TThermometerOption o) const { return options_ & ThermometerOption(o); }
     TScaleSettings* ScaleSettings() const { return scaleSettings_; }
     void SetScaleSettings(const TScaleSettings* v);
 
-    void setLiquidColor(int v) { SetLiquidColor(TColor(v)); }
-    void setTubeColor(int v) { SetTubeColor(TColor(v)); }
+    // The colours as Designer and uic see them (system colours included).
+    QColor QLiquidColor() const { return EncodeQColor(liquidColor_); }
+    void setLiquidColor(const QColor& v) { SetLiquidColor(v); }
+    QColor QTubeColor() const { return EncodeQColor(tubeColor_); }
+    void setTubeColor(const QColor& v) { SetTubeColor(v); }
     void setOptions(int v) { SetOptions(TThermometerOptions(v)); }
 
     KX_FLAT_SBEVEL(BevelInner, BevelInner())
