@@ -490,6 +490,25 @@ TEST_F(TankTest, SettingsChangesRepaintOnceLoaded) {
     }
 }
 
+TEST_F(TankTest, TheVesselIsOutlinedInItsColourDarkenedToTwoFifths) {
+    const struct {
+        TColor tank;
+        TColor outline;
+    } cases[] = {
+        {clSilver, RGB(77, 77, 77)},  // 192 x 0.4 = 76.8
+        {RGB(200, 100, 10), RGB(80, 40, 4)},
+        {clWhite, RGB(102, 102, 102)},
+    };
+    for (const auto& c : cases) {
+        auto t = paintedTank([&](TKxTank& k) { k.SetTankColor(c.tank); });
+        const TRect v = t->Vessel();
+        const int32_t mid = (t->LevelTop() + t->LevelBottom()) / 2;
+        EXPECT_EQ(t->Surface().Pixel(v.Left, mid), c.outline) << c.tank;
+        EXPECT_EQ(t->Surface().Pixel(v.Right - 1, mid), c.outline) << c.tank;
+        EXPECT_NE(t->Surface().Pixel(v.Left + 1, mid), c.outline) << c.tank;
+    }
+}
+
 TEST_F(TankTest, ShadeIsDarkAtTheEdgesAndBrightLeftOfCentre) {
     const TColor base = RGB(100, 100, 100);
     const int32_t W = 100;
