@@ -318,6 +318,9 @@ TEST_F(TankTest, MarkersStandAtTheExtremesPointingAtTheVessel) {
         const int32_t inside = leftTop ? base + 2 : base - 2;
         EXPECT_EQ(t->Surface().Pixel(inside, a + 1), t->SectorSettings()->Sector1Color());
         EXPECT_EQ(t->Surface().Pixel(inside, b - 1), t->SectorSettings()->Sector3Color());
+        // The bodies reach the surface down (minimum) and up (maximum) to half their height.
+        EXPECT_EQ(t->Surface().Pixel(inside, a + k / 2), t->SectorSettings()->Sector1Color());
+        EXPECT_EQ(t->Surface().Pixel(inside, b - k / 2), t->SectorSettings()->Sector3Color());
         // A new extreme moves its marker and restores the column where it stood.
         t->SetValue(90.0f);
         EXPECT_EQ(t->Markers()[3].Y, expectedLevel(*t, 900));
@@ -466,6 +469,88 @@ TEST_F(TankTest, ReadoutRowAboveOrBelowAndLeftOutWhenItDoesNotFit) {
               10);
 }
 
+TEST_F(TankTest, ReadoutRowFitsUpToItsExactWidthAndAThirdOfTheHeight) {
+    // The unit alone: the row is as wide and as high as its text.
+    const QString unit = QStringLiteral("m3 of fuel oil");
+    int32_t w = 0, h = 0;
+    {
+        TKxTank probe;
+        TBitmap b;
+        b.SetSize(8, 8);
+        b.Canvas().SetFont(*probe.Font());
+        w = b.Canvas().TextWidth(unit);
+        h = b.Canvas().TextHeight(unit);
+    }
+    ASSERT_GT(w, 20);
+    ASSERT_GT(h, 5);
+    const struct {
+        int32_t width, height;
+        bool fits;
+    } cases[] = {
+        {w, 240, true}, {w - 1, 240, false}, {w + 40, 3 * h, true}, {w + 40, 3 * h - 1, false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.width << "x" << c.height);
+        auto t = paintedTank([&](TKxTank& k) {
+            k.SetOptions(TKxTank::TankOption(TKxTank::opUnit));
+            k.SignalSettings()->SetValueUnit(unit);
+            k.SetBounds(0, 0, c.width, c.height);
+        });
+        // A row that fits takes the top and its gap of 3 from the instrument area.
+        EXPECT_EQ(t->Area().Top, c.fits ? h + 3 : 0);
+    }
+}
+
+TEST_F(TankTest, ShrinkingBelowTheMinimumDropsTheCaches) {
+    auto t = paintedTank();
+    t->SetValue(40.0f);
+    ASSERT_GT(t->Background().Width(), 0);
+    ASSERT_GT(t->FullVessel().Width(), 0);
+    t->SetBounds(0, 0, 40, 40);
+    t->PaintToSurface();
+    ASSERT_TRUE(t->TooSmall());
+    EXPECT_EQ(t->Background().Width(), 0);
+    EXPECT_EQ(t->FullVessel().Width(), 0);
+    // Grown again, it composes readings as before.
+    t->SetBounds(0, 0, 140, 240);
+    t->PaintToSurface();
+    t->SetValue(70.0f);
+    EXPECT_EQ(t->LastLevel(), expectedLevel(*t, 700));
+}
+
+TEST_F(TankTest, SettingsSettersCopyTheirSourceAndIgnoreNull) {
+    TKxTank source;
+    source.BevelInner()->SetWidth(4);
+    source.BevelOuter()->SetWidth(5);
+    source.ScaleSettings()->SetSteps(7);
+    source.ValInd()->SetColor(clNavy);
+    using Set = std::function<void(TKxTank&, const TKxTank*)>;
+    using Copied = std::function<bool(const TKxTank&)>;
+    const struct {
+        const char* what;
+        Set set;
+        Copied copied;
+    } cases[] = {
+        {"BevelInner",
+         [](TKxTank& t, const TKxTank* s) { t.SetBevelInner(s ? s->BevelInner() : nullptr); },
+         [](const TKxTank& t) { return t.BevelInner()->Width() == 4; }},
+        {"BevelOuter",
+         [](TKxTank& t, const TKxTank* s) { t.SetBevelOuter(s ? s->BevelOuter() : nullptr); },
+         [](const TKxTank& t) { return t.BevelOuter()->Width() == 5; }},
+        {"ScaleSettings",
+         [](TKxTank& t, const TKxTank* s) { t.SetScaleSettings(s ? s->ScaleSettings() : nullptr); },
+         [](const TKxTank& t) { return t.ScaleSettings()->Steps() == 7; }},
+        {"ValInd", [](TKxTank& t, const TKxTank* s) { t.SetValInd(s ? s->ValInd() : nullptr); },
+         [](const TKxTank& t) { return t.ValInd()->Color() == clNavy; }},
+    };
+    for (const auto& c : cases) {
+        TKxTank t;
+        EXPECT_NO_THROW(c.set(t, nullptr)) << c.what;
+        EXPECT_FALSE(c.copied(t)) << c.what;
+        c.set(t, &source);
+        EXPECT_TRUE(c.copied(t)) << c.what;
+    }
+}
+
 TEST_F(TankTest, SettingsChangesRepaintOnceLoaded) {
     const std::pair<const char*, TankSetup> cases[] = {
         {"ScaleSettings", [](TKxTank& t) { t.ScaleSettings()->SetSteps(4); }},
@@ -521,6 +606,26 @@ TEST_F(TankTest, ShadeIsDarkAtTheEdgesAndBrightLeftOfCentre) {
     EXPECT_GE(brightest, 30);
     EXPECT_LT(brightest, 45);
     EXPECT_GT(level(brightest), 150);
+}
+
+TEST_F(TankTest, ShadeOfSingleAndEmptyColumns) {
+    const TColor grey = RGB(100, 100, 100);
+    const struct {
+        TColor base;
+        int32_t x, width;
+        TColor expected;
+    } cases[] = {
+        // One column is the middle of a cylinder (both at t = 0.5): lit, not plain.
+        {grey, 0, 1, TKxTank::Shade(grey, 50, 101)},
+        {grey, 0, 1, RGB(118, 118, 118)},  // 100 + 155 x 0.55 e^-1.5625
+        // No width: the plain colour, a system colour resolved.
+        {grey, 0, 0, grey},
+        {grey, 3, -4, grey},
+        {clBtnFace, 0, 0, ColorToRGB(clBtnFace)},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(TKxTank::Shade(c.base, c.x, c.width), c.expected)
+            << c.base << " " << c.x << "/" << c.width;
 }
 
 TEST_F(TankTest, HighDpiReadingsMatchFullPaints) {

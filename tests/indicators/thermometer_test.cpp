@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "kx/blink/flashtimer.h"
+#include "kx/drawing/colors.h"
 #include "kx/indicators/thermometer.h"
 
 namespace kx {
@@ -44,6 +45,15 @@ int32_t boreX(const TKxThermometer& t) {
     return (t.Bore().Left + t.Bore().Right) / 2;
 }
 
+// The highlight line one pixel in from the bore's left edge.
+int32_t highlightX(const TKxThermometer& t) {
+    return t.Bore().Left + 1;
+}
+
+TColor highlightOf(TColor liquid) {
+    return KxCalcColor(liquid, clWhite, 2, 1);
+}
+
 // --- level of the column ---------------------------------------------------------------------
 
 struct LevelCase {
@@ -70,6 +80,11 @@ TEST_P(ThermometerLevel, ColumnReachesTheReading) {
     EXPECT_EQ(t->Surface().Pixel(x, level), t->LiquidColor());
     EXPECT_EQ(t->Surface().Pixel(x, t->Bore().Bottom - 1), t->LiquidColor());
     EXPECT_NE(t->Surface().Pixel(x, level - 1), t->LiquidColor());
+    // A lighter line runs down the column's left side; a blinking column is flat.
+    const TColor side =
+        t->Blinking() ? t->Surface().Pixel(x, level) : highlightOf(t->LiquidColor());
+    EXPECT_EQ(t->Surface().Pixel(highlightX(*t), level), side);
+    EXPECT_EQ(t->Surface().Pixel(highlightX(*t), t->Bore().Bottom - 1), side);
     // The stops keep the column inside the glass, clear of the cap and the bulb.
     EXPECT_GE(level, t->Bore().Top);
     EXPECT_LE(level, t->Bulb().Top);
@@ -95,6 +110,18 @@ TEST_F(ThermometerTest, NaNReadingLeavesTheColumnWhereItWas) {
 }
 
 // --- layout ----------------------------------------------------------------------------------
+
+TEST_F(ThermometerTest, Defaults) {
+    TKxThermometer t;
+    EXPECT_EQ(t.TubeColor(), clWhite);
+    EXPECT_EQ(t.BevelInner()->Style(), bsLowered);
+    EXPECT_EQ(t.BevelInner()->BevelLine(), blInner);
+    EXPECT_EQ(t.BevelOuter()->Style(), bsRaised);
+    EXPECT_EQ(t.BevelOuter()->BevelLine(), blOuter);
+    EXPECT_EQ(t.FontUnit()->Name(), QStringLiteral("System"));
+    EXPECT_EQ(t.FontUnit()->Size(), 10);
+    EXPECT_EQ(t.FontUnit()->Color(), clBlack);
+}
 
 TEST_F(ThermometerTest, DefaultLayout) {
     auto t = painted();
@@ -123,6 +150,16 @@ TEST_F(ThermometerTest, DefaultLayout) {
     const int32_t len = t->ScaleRect().Height();
     EXPECT_GE(t->ScaleRect().Top - t->Bore().Top, (len * 3 + 99) / 100 - 1);
     EXPECT_GE(t->Bulb().Top - t->ScaleRect().Bottom, (len * 3 + 99) / 100 - 1);
+    // The bulb is outlined one pixel wide in gray.
+    const TRect b = t->Bulb();
+    const int32_t y = (b.Top + b.Bottom) / 2;
+    const struct {
+        int32_t x;
+        bool edge;
+    } row[] = {{b.Left - 1, false},  {b.Left, true},      {b.Left + 1, false},
+               {b.Right - 2, false}, {b.Right - 1, true}, {b.Right, false}};
+    for (const auto& p : row)
+        EXPECT_EQ(t->Surface().Pixel(p.x, y) == clGray, p.edge) << p.x;
 }
 
 TEST_F(ThermometerTest, LabelsLeftMirrorTheBlock) {
@@ -157,6 +194,35 @@ TEST_F(ThermometerTest, TooSmallRule) {
             EXPECT_LE(t.ScaleRect().Right, t.InstrumentArea().Right);
         }
         ClearFlashList();
+    }
+}
+
+TEST_F(ThermometerTest, UnitIsDrawnOnlyWithOpUnitAndAText) {
+    const auto unitBit = TKxThermometer::ThermometerOption(TKxThermometer::opUnit);
+    auto paint = [](uint16_t options, const QString& unit) {
+        auto t = std::make_unique<TKxThermometer>();
+        t->SetOptions(options);
+        t->SignalSettings()->SetValueUnit(unit);
+        t->Loaded();
+        t->SetValue(40.0f);
+        t->PaintToSurface();
+        return t->Surface().Image().copy();
+    };
+    const QImage plain = paint(TKxThermometer::kDefaultOptions & ~unitBit, QString());
+    const struct {
+        uint16_t options;
+        const char* unit;
+        bool drawn;
+    } cases[] = {
+        {TKxThermometer::kDefaultOptions, "degC", true},
+        {TKxThermometer::kDefaultOptions, "", false},
+        {uint16_t(TKxThermometer::kDefaultOptions & ~unitBit), "degC", false},
+        {0, "degC", false},  // no bevels behind: black text would show in the alpha only
+    };
+    for (const auto& c : cases) {
+        const QImage reference = c.options == 0 ? paint(0, QString()) : plain;
+        EXPECT_EQ(paint(c.options, QString::fromLatin1(c.unit)) != reference, c.drawn)
+            << c.options << " " << c.unit;
     }
 }
 
@@ -266,17 +332,22 @@ TEST_F(ThermometerTest, OverflowAndLimitBlinkTheColumn) {
         t.SetValue(c.value);
         EXPECT_EQ(t.Blinking(), c.blinks);
         EXPECT_EQ(inFlashList(&t), c.blinks);
-        const TPoint p{boreX(t), t.Bore().Bottom - 2};
+        // Blinking, the column is one flat colour, highlight line included.
+        const TPoint p{boreX(t), t.Bore().Bottom - 2}, h{highlightX(t), p.Y};
+        const TColor lit = highlightOf(t.LiquidColor());
         SetFlashTickCounter(15);
         RunFlashTick();
         EXPECT_EQ(t.Surface().Pixel(p.X, p.Y), c.blinks ? clRed : t.LiquidColor());
+        EXPECT_EQ(t.Surface().Pixel(h.X, h.Y), c.blinks ? clRed : lit);
         SetFlashTickCounter(31);
         RunFlashTick();
         EXPECT_EQ(t.Surface().Pixel(p.X, p.Y), c.blinks ? clYellow : t.LiquidColor());
+        EXPECT_EQ(t.Surface().Pixel(h.X, h.Y), c.blinks ? clYellow : lit);
         t.SetValue(50.0f);
         EXPECT_FALSE(t.Blinking());
         EXPECT_FALSE(inFlashList(&t));
         EXPECT_EQ(t.Surface().Pixel(p.X, p.Y), t.LiquidColor());
+        EXPECT_EQ(t.Surface().Pixel(h.X, h.Y), lit);
         ClearFlashList();
     }
 }
@@ -319,6 +390,49 @@ TEST_F(ThermometerTest, ExtremeRangesDrawInsideTheControl) {
             }
         }
         ClearFlashList();
+    }
+}
+
+TEST_F(ThermometerTest, SettingsSettersCopyTheirSourceAndIgnoreNull) {
+    TKxThermometer source;
+    source.BevelInner()->SetWidth(4);
+    source.BevelOuter()->SetWidth(5);
+    source.FontUnit()->SetSize(17);
+    source.ScaleSettings()->SetSteps(7);
+    using Set = std::function<void(TKxThermometer&, const TKxThermometer*)>;
+    using Copied = std::function<bool(const TKxThermometer&)>;
+    const struct {
+        const char* what;
+        Set set;
+        Copied copied;
+    } cases[] = {
+        {"BevelInner",
+         [](TKxThermometer& t, const TKxThermometer* s) {
+             t.SetBevelInner(s ? s->BevelInner() : nullptr);
+         },
+         [](const TKxThermometer& t) { return t.BevelInner()->Width() == 4; }},
+        {"BevelOuter",
+         [](TKxThermometer& t, const TKxThermometer* s) {
+             t.SetBevelOuter(s ? s->BevelOuter() : nullptr);
+         },
+         [](const TKxThermometer& t) { return t.BevelOuter()->Width() == 5; }},
+        {"FontUnit",
+         [](TKxThermometer& t, const TKxThermometer* s) {
+             t.SetFontUnit(s ? s->FontUnit() : nullptr);
+         },
+         [](const TKxThermometer& t) { return t.FontUnit()->Size() == 17; }},
+        {"ScaleSettings",
+         [](TKxThermometer& t, const TKxThermometer* s) {
+             t.SetScaleSettings(s ? s->ScaleSettings() : nullptr);
+         },
+         [](const TKxThermometer& t) { return t.ScaleSettings()->Steps() == 7; }},
+    };
+    for (const auto& c : cases) {
+        TKxThermometer t;
+        EXPECT_NO_THROW(c.set(t, nullptr)) << c.what;
+        EXPECT_FALSE(c.copied(t)) << c.what;
+        c.set(t, &source);
+        EXPECT_TRUE(c.copied(t)) << c.what;
     }
 }
 
