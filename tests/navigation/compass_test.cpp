@@ -9,7 +9,9 @@
 #include <limits>
 #include <memory>
 
+#include "common/pixels.h"
 #include "kx/drawing/angles.h"
+#include "kx/drawing/text.h"
 #include "kx/framework/accessible.h"
 #include "kx/navigation/compass.h"
 
@@ -61,6 +63,14 @@ QImage repainted(TKxCompass& c) {
     c.Invalidate();
     c.PaintToSurface();
     return c.Surface().Image().copy();
+}
+
+// Whether a pixel within one pixel of p has colour col.
+bool colourNear(const TKxCompass& c, TPoint p, TColor col) {
+    for (int y = p.Y - 1; y <= p.Y + 1; ++y)
+        for (int x = p.X - 1; x <= p.X + 1; ++x)
+            if (c.Surface().Pixel(x, y) == col) return true;
+    return false;
 }
 
 // --- normalisation -------------------------------------------------------------------------
@@ -339,6 +349,122 @@ TEST(Compass, MarkersStandAtTheRecordedExtremes) {
     EXPECT_EQ(c->Surface().Pixel(c->Markers()[1].X - 1, m.Y - 2), clAqua);
 }
 
+// --- the card and the colours --------------------------------------------------------------
+
+struct TickCase {
+    bool rotating;
+    float heading;
+};
+class CompassTicks : public ::testing::TestWithParam<TickCase> {};
+
+// At headings of 2.5 + 5n a card turned the wrong way would put its long ticks where the
+// short ones belong, so the inner end of a long tick tells the card's turn.
+TEST_P(CompassTicks, LongTicksStandAtTheirCardDirections) {
+    const TickCase& k = GetParam();
+    auto c = painted(TKxCompass::kDefaultOptions | (k.rotating ? bit(TKxCompass::opRotatingCard)
+                                                               : TKxCompass::TCompassOptions(0)));
+    c->SetValue(k.heading);
+    const TPoint m = c->Center();
+    const int32_t T = std::max(2, c->CardRadius() / 8);
+    // Two pixels short of a long tick's inner end, where no short tick reaches.
+    const TPoint inner{m.X, m.Y - c->CardRadius() + 1 + T - 2};
+    const float turn = k.rotating ? -k.heading : 0.0f;
+    for (float a : {90.0f, 180.0f, 270.0f}) {
+        EXPECT_TRUE(colourNear(*c, KxRotate(inner, m, a + turn, true), clBlack)) << a;
+        EXPECT_FALSE(colourNear(*c, KxRotate(inner, m, a + 5.0f + turn, true), clBlack)) << a;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Turns, CompassTicks,
+                         ::testing::Values(TickCase{false, 7.5f}, TickCase{true, 7.5f},
+                                           TickCase{true, 2.5f}, TickCase{true, 122.5f}));
+
+struct LabelCase {
+    bool rotating;
+    float heading;
+    const char* text;
+    float direction;  // on the card
+    bool inner;       // on the intercardinal ring
+    TColor colour;
+};
+class CompassLabels : public ::testing::TestWithParam<LabelCase> {};
+
+// A label on the card matches its text drawn alone, upright and centred on its ring.
+TEST_P(CompassLabels, StandUprightOnTheirRings) {
+    const LabelCase& k = GetParam();
+    auto c =
+        painted(TKxCompass::kDefaultOptions | bit(TKxCompass::opIntercardinal) |
+                (k.rotating ? bit(TKxCompass::opRotatingCard) : TKxCompass::TCompassOptions(0)));
+    c->SetValue(k.heading);
+    TBitmap ref;
+    ref.SetSize(c->width(), c->height());
+    TCanvas& r = ref.Canvas();
+    r.SetFont(*c->ScaleSettings()->Font());
+    auto widest = [&](std::initializer_list<const char*> texts) {
+        int32_t w = 0;
+        for (const char* t : texts)
+            w = std::max(w, r.TextWidth(QString::fromLatin1(t)));
+        return w;
+    };
+    const int32_t extent =
+        std::max(r.TextHeight(QStringLiteral("W")),
+                 widest({"N", "3", "6", "E", "12", "15", "S", "21", "24", "W", "30", "33"}));
+    const int32_t T = std::max(2, c->CardRadius() / 8);
+    const int32_t rl = c->CardRadius() - T - 2 - extent / 2;
+    const int32_t ri = rl - extent - widest({"NE", "SE", "SW", "NW"}) / 2;
+    const TPoint m = c->Center();
+    const TPoint at = KxRotate(TPoint{m.X, m.Y - (k.inner ? ri : rl)}, m,
+                               k.direction + (k.rotating ? -k.heading : 0.0f), true);
+    r.Brush().SetStyle(bsSolid);
+    r.Brush().SetColor(clWhite);
+    r.FillRect(TRect{0, 0, ref.Width(), ref.Height()});
+    r.Brush().SetStyle(bsClear);
+    r.Font().SetColor(k.colour);
+    KxTextOut(r, at.X, at.Y, QString::fromLatin1(k.text), toMidCenter);
+    const TRect ink = test::InkBounds(ref);
+    ASSERT_LT(ink.Left, ink.Right);
+    int differ = 0;
+    for (int y = ink.Top; y < ink.Bottom; ++y)
+        for (int x = ink.Left; x < ink.Right; ++x)
+            differ += ref.Pixel(x, y) != c->Surface().Pixel(x, y);
+    EXPECT_EQ(differ, 0) << k.text;
+}
+
+INSTANTIATE_TEST_SUITE_P(Rings, CompassLabels,
+                         ::testing::Values(LabelCase{false, 135.0f, "N", 0.0f, false, clRed},
+                                           LabelCase{false, 135.0f, "E", 90.0f, false, clRed},
+                                           LabelCase{false, 135.0f, "3", 30.0f, false, clBlack},
+                                           LabelCase{false, 135.0f, "NE", 45.0f, true, clBlack},
+                                           LabelCase{false, 135.0f, "SW", 225.0f, true, clBlack},
+                                           LabelCase{true, 60.0f, "N", 0.0f, false, clRed},
+                                           LabelCase{true, 60.0f, "E", 90.0f, false, clRed},
+                                           LabelCase{true, 60.0f, "33", 330.0f, false, clBlack},
+                                           LabelCase{true, 60.0f, "SE", 135.0f, true, clBlack}));
+
+TEST(Compass, EachPartShowsItsColour) {
+    for (bool rotating : {false, true}) {
+        auto c = std::make_unique<TKxCompass>();
+        c->SetOptions(TKxCompass::kDefaultOptions | (rotating ? bit(TKxCompass::opRotatingCard)
+                                                              : TKxCompass::TCompassOptions(0)));
+        c->ScaleSettings()->SetColor(clMaroon);
+        c->ScaleSettings()->SetPointerColor(clTeal);
+        c->SetCardColor(clYellow);
+        c->SetCourseColor(clOlive);
+        c->SetCourse(90.0f);
+        c->Loaded();
+        c->PaintToSurface();
+        const TPoint m = c->Center();
+        const int32_t rc = c->CardRadius();
+        const int32_t rn = rc - std::max(2, rc / 8) - 1;
+        auto at = [&](int32_t x, int32_t y) { return c->Surface().Pixel(x, y); };
+        EXPECT_EQ(at(m.X, m.Y), clMaroon) << rotating;  // the cap, over the needle's root
+        // The needle up its shaft, or the lubber mark in the marker ring.
+        EXPECT_EQ(rotating ? at(m.X, m.Y - rc - 2) : at(m.X, m.Y - rn * 3 / 5), clTeal) << rotating;
+        EXPECT_EQ(at(m.X + (c->FaceRect().Width() - 1) / 2 - 2, m.Y), clOlive) << rotating;
+        EXPECT_EQ(at(m.X - rc / 4, m.Y + rc / 4), clYellow) << rotating;
+    }
+}
+
 // --- what a reading repaints ---------------------------------------------------------------
 
 struct RedrawCase {
@@ -399,6 +525,73 @@ TEST(Compass, AReadingRepaintsOnlyTheMovingShapesAndTheNumber) {
               0);
 }
 
+struct SettingCase {
+    const char* name;
+    std::function<void(TKxCompass&)> change;
+};
+class CompassSetting : public ::testing::TestWithParam<SettingCase> {};
+
+// A loaded compass shows a settings change at the next update, without being asked to.
+TEST_P(CompassSetting, RepaintsTheCompass) {
+    auto c = painted();
+    const QImage before = c->Surface().Image().copy();
+    GetParam().change(*c);
+    c->PaintToSurface();
+    EXPECT_NE(before, c->Surface().Image());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Changes, CompassSetting,
+    ::testing::Values(
+        SettingCase{"BevelInner", [](TKxCompass& c) { c.BevelInner()->SetColor(clNavy); }},
+        SettingCase{"BevelOuter", [](TKxCompass& c) { c.BevelOuter()->SetColor(clNavy); }},
+        SettingCase{"BevelValue", [](TKxCompass& c) { c.BevelValue()->SetColor(clNavy); }},
+        SettingCase{"SetBevelValue",
+                    [](TKxCompass& c) {
+                        TKxSBevel b;
+                        b.Assign(c.BevelValue());
+                        b.SetColor(clNavy);
+                        c.SetBevelValue(&b);
+                    }},
+        SettingCase{"FontValue", [](TKxCompass& c) { c.FontValue()->SetColor(clRed); }},
+        SettingCase{"ScaleColor", [](TKxCompass& c) { c.ScaleSettings()->SetColor(clRed); }},
+        SettingCase{"PointerColor",
+                    [](TKxCompass& c) { c.ScaleSettings()->SetPointerColor(clRed); }},
+        SettingCase{"ScaleFont", [](TKxCompass& c) { c.ScaleSettings()->Font()->SetSize(14); }},
+        SettingCase{"SetScaleSettings",
+                    [](TKxCompass& c) {
+                        TScaleSettings s;
+                        s.Assign(c.ScaleSettings());
+                        s.SetColor(clRed);
+                        c.SetScaleSettings(&s);
+                    }},
+        SettingCase{"CardColor", [](TKxCompass& c) { c.SetCardColor(clSilver); }},
+        SettingCase{"CardinalColor", [](TKxCompass& c) { c.SetCardinalColor(clBlue); }},
+        SettingCase{"CourseColor", [](TKxCompass& c) { c.SetCourseColor(clLime); }},
+        SettingCase{"Options",
+                    [](TKxCompass& c) {
+                        c.SetOptions(TKxCompass::kDefaultOptions |
+                                     bit(TKxCompass::opIntercardinal));
+                    }}),
+    [](const ::testing::TestParamInfo<SettingCase>& i) { return std::string(i.param.name); });
+
+TEST(Compass, NullSettingsAreIgnored) {
+    const std::function<void(TKxCompass&)> setters[] = {
+        [](TKxCompass& c) { c.SetBevelInner(nullptr); },
+        [](TKxCompass& c) { c.SetBevelOuter(nullptr); },
+        [](TKxCompass& c) { c.SetBevelValue(nullptr); },
+        [](TKxCompass& c) { c.SetScaleSettings(nullptr); },
+        [](TKxCompass& c) { c.SetFontValue(nullptr); },
+    };
+    for (const auto& set : setters) {
+        auto c = painted();
+        const QImage before = c->Surface().Image().copy();
+        EXPECT_NO_THROW(set(*c));
+        c->PaintToSurface();
+        EXPECT_TRUE(before == c->Surface().Image());
+    }
+}
+
 // --- readout -------------------------------------------------------------------------------
 
 struct ReadoutCase {
@@ -420,7 +613,10 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(ReadoutCase{"000", 273.4f, "273"}, ReadoutCase{"000", 359.6f, "000"},
                       ReadoutCase{"000", 359.4f, "359"}, ReadoutCase{"000", 0.4f, "000"},
                       ReadoutCase{"000", 5.0f, "005"}, ReadoutCase{"##0.0", 359.96f, "0.0"},
-                      ReadoutCase{"##0.0", 359.94f, "359.9"}));
+                      ReadoutCase{"##0.0", 359.94f, "359.9"},
+                      // Two digits round 359 up as well: only headings past 359 read as north.
+                      ReadoutCase{"0.0E+0", 359.0f, "3.6E+2"},
+                      ReadoutCase{"0.0E+0", 359.5f, "0.0E+0"}));
 
 TEST(Compass, TheReadoutShowsTheHeadingInItsBox) {
     auto c = painted();
@@ -486,6 +682,19 @@ INSTANTIATE_TEST_SUITE_P(
                       SizeCase{400, 150, false, false}, SizeCase{200, 250, false, true},
                       SizeCase{1200, 1200, false, true}, SizeCase{4000, 40, true, false},
                       SizeCase{4000, 4000, false, true}));
+
+// Without bevels, names and readout the face is the control's square.
+TEST(Compass, TheCardNeedsAFaceOfAtLeastKMinFace) {
+    struct {
+        int w, h;
+        bool tooSmall;
+    } const cases[] = {{40, 40, false}, {39, 40, true}, {40, 39, true}, {60, 40, false}};
+    for (const auto& k : cases) {
+        auto c = painted(0, k.w, k.h);
+        EXPECT_EQ(c->TooSmall(), k.tooSmall) << k.w << "x" << k.h;
+        EXPECT_EQ(c->Background().Width(), k.tooSmall ? 0 : TKxCompass::kMinFace);
+    }
+}
 
 TEST(Compass, AccessibleNameAndValueReadAsAHeading) {
     KxInstallAccessibility();
