@@ -10,6 +10,7 @@
 
 #include "common/flash_util.h"
 #include "kx/blink/flashtimer.h"
+#include "kx/host/numeric.h"
 #include "kx/navigation/vcind.h"
 
 namespace kx {
@@ -110,17 +111,27 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(VCIndCourse, WrapsIntoItsOwnTurn) {
     TKxVCInd v;
     v.Loaded();
-    v.CourseSettings()->WriteRange(-200.0f, 200.0f);  // a 400-unit turn from -200
     const struct {
-        float in, out;
-    } cases[] = {{250.0f, -150.0f},
-                 {-250.0f, 150.0f},
-                 {200.0f, -200.0f},
-                 {-200.0f, -200.0f},
-                 {10.0f, 10.0f}};
+        float from, to, in, out;
+    } cases[] = {
+        // A 400-unit turn from -200.
+        {-200.0f, 200.0f, 250.0f, -150.0f},
+        {-200.0f, 200.0f, -250.0f, 150.0f},
+        {-200.0f, 200.0f, 200.0f, -200.0f},
+        {-200.0f, 200.0f, -200.0f, -200.0f},
+        // A full turn from 10: the turn's start, not 0, is where it wraps.
+        {10.0f, 370.0f, 5.0f, 365.0f},
+        {10.0f, 370.0f, 370.0f, 10.0f},
+        {10.0f, 370.0f, 400.0f, 40.0f},
+        {10.0f, 370.0f, 100.0f, 100.0f},
+        // An inverted range still turns upward from its start.
+        {100.0f, -260.0f, 99.0f, 459.0f},
+        {-200.0f, 200.0f, 10.0f, 10.0f},
+    };
     for (const auto& c : cases) {
+        v.CourseSettings()->WriteRange(c.from, c.to);
         v.SetCourse(c.in);
-        EXPECT_FLOAT_EQ(v.Course(), c.out) << c.in;
+        EXPECT_FLOAT_EQ(v.Course(), c.out) << c.from << ".." << c.to << ": " << c.in;
     }
     v.CourseSettings()->SetValueFormat(QStringLiteral("0.0"));
     v.CourseSettings()->SetValueUnit(QStringLiteral(" gon"));
@@ -167,15 +178,16 @@ TEST_F(VCInd, HorizonFollowsThePitchRange) {
 }
 
 // Roll at per mille 0, 500, 1000 of -60..60 and beyond: the pointer's apex on the rim at
-// the angle -roll from straight up.
+// the angle -roll from straight up, turned about the window's exact centre (a half pixel
+// off for an even window moves it to the next pixel).
 TEST_F(VCInd, RollPointerTurnsAgainstTheBank) {
-    const float rolls[] = {-60.0f, 0.0f, 60.0f, 90.0f, 180.0f, -135.0f};
+    const float rolls[] = {-60.0f, 0.0f, 60.0f, 90.0f, 180.0f, -135.0f, 7.0f};
     for (float roll : rolls) {
         v_->SetRoll(roll);
         const double a = -roll * M_PI / 180.0, r = rw() - 1.0;
         const TPoint apex = v_->RollPointer()[0];
-        EXPECT_NEAR(apex.X, cx() + r * std::sin(a), 1.0) << roll;
-        EXPECT_NEAR(apex.Y, cy() - r * std::cos(a), 1.0) << roll;
+        EXPECT_EQ(apex.X, Round(cx() + r * std::sin(a))) << roll;
+        EXPECT_EQ(apex.Y, Round(cy() - r * std::cos(a))) << roll;
         // The horizon line is turned by the same angle.
         const TPoint h0 = v_->Horizon()[0], h1 = v_->Horizon()[1];
         const double drawn = std::atan2(h1.Y - h0.Y, h1.X - h0.X) * 180.0 / M_PI;
@@ -268,6 +280,150 @@ TEST_F(VCInd, ReadingRepaintsOnlyItsPart) {
     }
 }
 
+// Outside the window a reading leaves the face as Paint left it (ring, roll ticks,
+// corners), and the vehicle symbol stays on top of the moved horizon, whatever parts
+// are shown.
+TEST_F(VCInd, BezelAndSymbolStayOnTopOfTheMovedHorizon) {
+    using V = TKxVCInd;
+    const V::TVCIndOptions all = V::kAllVCIndOptions;
+    const struct {
+        V::TVCIndOptions options;
+        TColor symbol;
+    } sets[] = {
+        {all, clYellow},
+        {V::TVCIndOptions(all & ~V::VCIndOption(V::opRollScale)), clLime},
+        {V::TVCIndOptions(all & ~V::VCIndOption(V::opPitchLadder)), clYellow},
+        {V::TVCIndOptions(all & ~V::VCIndOption(V::opCourse) & ~V::VCIndOption(V::opDeviation)),
+         clFuchsia},
+    };
+    const struct {
+        float pitch, roll;
+    } attitudes[] = {
+        {0.0f, 0.0f}, {20.0f, 45.0f}, {-90.0f, 0.0f}, {90.0f, -170.0f}, {-12.0f, 100.0f}};
+    enum Part { fill, outline };
+    for (const auto& set : sets) {
+        v_->SetOptions(set.options);
+        v_->SetColorSymbol(set.symbol);
+        v_->PaintToSurface();
+        const TRect a = v_->InstrumentArea(), f = v_->FaceRect(), w = v_->WindowRect();
+        // The symbol's centre square (2 t + 1 across, outlined), its wings and legs.
+        const int32_t r = rw(), sx = w.Left + r, sy = w.Top + r, t = std::max(2, r / 20);
+        const int32_t inner = Round(r * 0.22), mid = (inner + Round(r * 0.6)) / 2;
+        const struct {
+            int32_t dx, dy;
+            Part part;
+        } symbol[] = {
+            {0, 0, fill},
+            {-t, 0, outline},
+            {t, 0, outline},
+            {0, -t, outline},
+            {0, t, outline},
+            {-mid, 0, fill},
+            {mid, 0, fill},
+            {-mid, -t / 2, outline},
+            {mid, -t / 2 + t, outline},
+            {inner + t / 2, t, fill},
+            {-inner - t + t / 2, t, fill},
+        };
+        for (const auto& at : attitudes) {
+            v_->SetAttitude(at.pitch, at.roll);
+            int outside = 0, changed = 0;
+            for (int32_t y = f.Top; y < f.Bottom; ++y)
+                for (int32_t x = f.Left; x < f.Right; ++x) {
+                    if (std::hypot(x - cx(), y - cy()) < r + 1.5) continue;
+                    ++outside;
+                    if (v_->Surface().Pixel(x, y) != v_->Background().Pixel(x - a.Left, y - a.Top))
+                        ++changed;
+                }
+            EXPECT_GT(outside, 0);
+            EXPECT_EQ(changed, 0) << set.options << " at " << at.pitch << "/" << at.roll;
+            for (const auto& p : symbol)
+                EXPECT_EQ(v_->Surface().Pixel(sx + p.dx, sy + p.dy),
+                          ColorToRGB(p.part == fill ? set.symbol : clBlack))
+                    << set.options << " at " << at.pitch << "/" << at.roll << ": symbol " << p.dx
+                    << "," << p.dy;
+        }
+    }
+}
+
+// The roll scale: a tick on the ring for each listed angle within RollSettings' range
+// (0 always), where the pointer stands at that roll, from one pixel inside the face's
+// rim inward: nearly the ring's width at 0, 30, 60 and 90 degrees, half that between.
+TEST_F(VCInd, RollTicksMarkTheRangeOnTheRing) {
+    enum Kind { none, minor, major };
+    const struct {
+        float from, to;
+        int32_t roll;
+        Kind kind;
+    } cases[] = {
+        {-60.0f, 60.0f, 0, major},   {-60.0f, 60.0f, 10, minor},  {-60.0f, 60.0f, -20, minor},
+        {-60.0f, 60.0f, 30, major},  {-60.0f, 60.0f, -30, major}, {-60.0f, 60.0f, 45, minor},
+        {-60.0f, 60.0f, -45, minor}, {-60.0f, 60.0f, 60, major},  {-60.0f, 60.0f, -60, major},
+        {-60.0f, 60.0f, 90, none},   {-60.0f, 60.0f, -90, none},  {-90.0f, 90.0f, 90, major},
+        {-90.0f, 90.0f, -90, major}, {-90.0f, 90.0f, -45, minor}, {10.0f, 45.0f, 0, major},
+        {10.0f, 45.0f, -10, none},   {10.0f, 45.0f, 20, minor},   {10.0f, 45.0f, 45, minor},
+        {10.0f, 45.0f, 60, none},    {60.0f, -60.0f, -30, major}, {60.0f, -60.0f, 45, minor},
+    };
+    // The ladder and the horizon line stay clear of the ring anyway; sky behind it all.
+    v_->SetAttitude(90.0f, 0.0f);
+    const TColor white = ColorToRGB(clWhite);
+    for (const auto& c : cases) {
+        v_->RollSettings()->WriteRange(c.from, c.to);
+        v_->Invalidate();
+        v_->PaintToSurface();
+        const TRect f = v_->FaceRect();
+        const int32_t ring = std::max(1, f.Width() / 10);
+        const double fx = f.Left + (f.Width() - 1) / 2.0, fy = f.Top + (f.Height() - 1) / 2.0;
+        const double a = -c.roll * M_PI / 180.0, ro = f.Width() / 2.0;
+        auto at = [&](int32_t depth) {
+            const double d = ro - 1.0 - depth;
+            return TPoint{Round(fx + d * std::sin(a)), Round(fy - d * std::cos(a))};
+        };
+        auto whiteNear = [&](TPoint p) {
+            for (int32_t dy = -1; dy <= 1; ++dy)
+                for (int32_t dx = -1; dx <= 1; ++dx)
+                    if (v_->Surface().Pixel(p.X + dx, p.Y + dy) == white) return true;
+            return false;
+        };
+        const TPoint rim = at(0);
+        EXPECT_EQ(v_->Surface().Pixel(rim.X, rim.Y) == white, c.kind != none)
+            << c.from << ".." << c.to << " at " << c.roll << ": the tick's outer end";
+        EXPECT_EQ(whiteNear(at(ring - 3)), c.kind == major)
+            << c.from << ".." << c.to << " at " << c.roll << ": the tick's depth";
+    }
+}
+
+// The course box's frame belongs to the static painting; the readout inside it is redrawn.
+TEST_F(VCInd, CourseBoxIsFramedInBlack) {
+    const TColor black = ColorToRGB(clBlack), white = ColorToRGB(clWhite);
+    for (float course : {0.0f, 273.0f, 8.0f}) {
+        v_->SetCourse(course);
+        const TRect b = v_->CourseBox();
+        ASSERT_GT(b.Width(), 2);
+        const int32_t mx = (b.Left + b.Right) / 2, my = (b.Top + b.Bottom) / 2;
+        const struct {
+            int32_t x, y;
+            TColor want;
+        } pixels[] = {
+            {b.Left, b.Top, black},
+            {b.Right - 1, b.Top, black},
+            {b.Left, b.Bottom - 1, black},
+            {b.Right - 1, b.Bottom - 1, black},
+            {mx, b.Top, black},
+            {mx, b.Bottom - 1, black},
+            {b.Left, my, black},
+            {b.Right - 1, my, black},
+            {b.Left + 1, b.Top + 1, white},
+            {b.Right - 2, b.Bottom - 2, white},
+            // One pixel wide: left of it the area's background goes on.
+            {b.Left - 1, my, v_->Surface().Pixel(b.Left - 2, my)},
+        };
+        for (const auto& p : pixels)
+            EXPECT_EQ(v_->Surface().Pixel(p.x, p.y), p.want)
+                << course << " at " << p.x << "," << p.y;
+    }
+}
+
 TEST_F(VCInd, LayoutStacksBoxFaceAndStripInsideTheArea) {
     const TRect a = v_->InstrumentArea(), box = v_->CourseBox(), face = v_->FaceRect(),
                 strip = v_->DeviationStrip(), win = v_->WindowRect();
@@ -308,6 +464,23 @@ TEST_F(VCInd, OverflowBlinksTheNeedleUntilBackInRange) {
     EXPECT_EQ(test::Subscription(v_.get()), nullptr);
     const TPoint back = v_->Needle()[0];
     EXPECT_EQ(v_->Surface().Pixel(back.X, back.Y + 3), ColorToRGB(v_->PointerColor()));
+}
+
+// A blink tick that arrives while a reading is being evaluated (from one of its event
+// handlers) paints nothing: the strip is drawn once, when the evaluation is done.
+TEST_F(VCInd, FlashTickInsideAValueHandlerPaintsNothing) {
+    int ticks = 0, painted = 0;
+    QObject::connect(v_.get(), &TKxVCInd::OnValueChange, [&] {
+        const QImage before = v_->Surface().Image().copy();
+        TMessage m{0, 0, ticks % 2, 0};
+        static_cast<TKxFlashClient&>(*v_).WMFlash(m);
+        ++ticks;
+        if (v_->Surface().Image() != before) ++painted;
+    });
+    for (float value : {3.0f, -3.0f, 2.5f, 0.0f})
+        v_->SetValue(value);
+    EXPECT_GT(ticks, 0);
+    EXPECT_EQ(painted, 0);
 }
 
 TEST(VCIndBlink, NotAtDesignTimeNorWithoutTheOption) {
@@ -400,6 +573,73 @@ TEST(VCIndLog, LogarithmicDeviationStillDraws) {
     const float f = float(v.TrackRight() - v.TrackLeft()) / 1000.0f;
     EXPECT_EQ(v.Needle()[0].X, v.TrackLeft() + int32_t(std::nearbyint(double(f) * 667)));
     ClearFlashList();
+}
+
+// The settings setters copy another object; null and the own object leave all as it was.
+TEST(VCIndSettings, SettersCopyOthersAndIgnoreNull) {
+    const struct {
+        const char* what;
+        std::function<void(TKxVCInd&, bool)> set;  // true: with null, false: with another
+        std::function<bool(const TKxVCInd&)> copied;
+    } cases[] = {
+        {"BevelInner",
+         [](TKxVCInd& v, bool null) {
+             TKxSBevel b;
+             b.SetWidth(7);
+             v.SetBevelInner(null ? nullptr : &b);
+         },
+         [](const TKxVCInd& v) { return v.BevelInner()->Width() == 7; }},
+        {"BevelOuter",
+         [](TKxVCInd& v, bool null) {
+             TKxSBevel b;
+             b.SetWidth(7);
+             v.SetBevelOuter(null ? nullptr : &b);
+         },
+         [](const TKxVCInd& v) { return v.BevelOuter()->Width() == 7; }},
+        {"CourseSettings",
+         [](TKxVCInd& v, bool null) {
+             TSignalSettings s;
+             s.SetValueUnit(QStringLiteral("gon"));
+             v.SetCourseSettings(null ? nullptr : &s);
+         },
+         [](const TKxVCInd& v) { return v.CourseSettings()->ValueUnit() == "gon"; }},
+        {"PitchSettings",
+         [](TKxVCInd& v, bool null) {
+             TSignalSettings s;
+             s.SetValueUnit(QStringLiteral("gon"));
+             v.SetPitchSettings(null ? nullptr : &s);
+         },
+         [](const TKxVCInd& v) { return v.PitchSettings()->ValueUnit() == "gon"; }},
+        {"RollSettings",
+         [](TKxVCInd& v, bool null) {
+             TSignalSettings s;
+             s.SetValueUnit(QStringLiteral("gon"));
+             v.SetRollSettings(null ? nullptr : &s);
+         },
+         [](const TKxVCInd& v) { return v.RollSettings()->ValueUnit() == "gon"; }},
+        {"FontValue",
+         [](TKxVCInd& v, bool null) {
+             TFont font;
+             font.SetSize(23);
+             v.SetFontValue(null ? nullptr : &font);
+         },
+         [](const TKxVCInd& v) { return v.FontValue()->Size() == 23; }},
+    };
+    for (const auto& c : cases) {
+        TKxVCInd v;
+        v.Loaded();
+        EXPECT_NO_THROW(c.set(v, true)) << c.what;
+        EXPECT_FALSE(c.copied(v)) << c.what;
+        EXPECT_NO_THROW(c.set(v, false)) << c.what;
+        EXPECT_TRUE(c.copied(v)) << c.what;
+    }
+    // The own objects: nothing to copy.
+    TKxVCInd v;
+    v.Loaded();
+    EXPECT_NO_THROW(v.SetBevelInner(v.BevelInner()));
+    EXPECT_NO_THROW(v.SetBevelOuter(v.BevelOuter()));
+    EXPECT_NO_THROW(v.SetCourseSettings(v.CourseSettings()));
+    EXPECT_NO_THROW(v.SetFontValue(v.FontValue()));
 }
 
 TEST_F(VCInd, SettingsChangesRepaint) {
