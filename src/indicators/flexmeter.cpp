@@ -434,7 +434,14 @@ bool TKxFlexMeter::buildLinear(TCanvas& c, double from, double to, bool labels) 
     }
     step_ = step;
     labelEvery_ = every;
-    const bool subVisible = showSubTicks_ && sub * pxPerValue >= scale_->SubStepsVis();
+    bool subVisible = showSubTicks_ && sub * pxPerValue >= scale_->SubStepsVis();
+    if (!subVisible || (to - from) / sub > 20000) {
+        // Sub-ticks that are not drawn are not walked either: a step split into very many
+        // parts keeps its steps.
+        subVisible = false;
+        sub = step;
+        per = 1;
+    }
     const double i0 = std::ceil(from / sub - 1e-9), i1 = std::floor(to / sub + 1e-9);
     if (!(i1 >= i0) || i1 - i0 > 20000) return false;
     int32_t widestLabel = 0;

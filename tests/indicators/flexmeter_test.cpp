@@ -3,10 +3,14 @@
 // repaints.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <set>
+#include <vector>
 
 #include "common/flash_util.h"
 #include "kx/blink/flashtimer.h"
@@ -304,6 +308,377 @@ TEST_F(FlexMeterTest, SubTicksNeedSubStepsVisPixels) {
     EXPECT_EQ(count(), 0);
 }
 
+// --- settings ------------------------------------------------------------------------------
+
+// A loaded meter with a unit and a name, painted once.
+std::unique_ptr<TKxFlexMeter> painted(bool upright = false) {
+    std::unique_ptr<TKxFlexMeter> m;
+    if (upright)
+        m = std::make_unique<TKxFlexVMeter>();
+    else
+        m = std::make_unique<TKxFlexHMeter>();
+    m->SignalSettings()->SetValueUnit(QStringLiteral("bar"));
+    m->SignalSettings()->SetName1(QStringLiteral("Flow"));
+    m->Loaded();
+    m->PaintToSurface();
+    return m;
+}
+
+struct SettingCase {
+    const char* name;
+    std::function<void(TKxFlexMeter&)> change;
+};
+class FlexSetting : public ::testing::TestWithParam<SettingCase> {
+  protected:
+    void TearDown() override { ClearFlashList(); }
+};
+
+// A loaded meter shows a settings change at the next update, without being asked to.
+TEST_P(FlexSetting, RepaintsTheMeter) {
+    auto m = painted();
+    const QImage before = m->Surface().Image().copy();
+    GetParam().change(*m);
+    m->PaintToSurface();
+    EXPECT_NE(before, m->Surface().Image());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Changes, FlexSetting,
+    ::testing::Values(
+        SettingCase{"BevelInner", [](TKxFlexMeter& m) { m.BevelInner()->SetColor(clNavy); }},
+        SettingCase{"BevelOuter", [](TKxFlexMeter& m) { m.BevelOuter()->SetColor(clNavy); }},
+        SettingCase{"ScaleFont", [](TKxFlexMeter& m) { m.Scale()->Font()->SetColor(clRed); }},
+        SettingCase{"ScaleFormat",
+                    [](TKxFlexMeter& m) { m.Scale()->SetFormatStr(QStringLiteral("0.00")); }},
+        SettingCase{"FontUnit", [](TKxFlexMeter& m) { m.FontUnit()->SetColor(clRed); }},
+        SettingCase{"ValInd", [](TKxFlexMeter& m) { m.ValInd()->SetColor(clNavy); }},
+        SettingCase{"PointerColor", [](TKxFlexMeter& m) { m.SetPointerColor(clRed); }},
+        SettingCase{"Options",
+                    [](TKxFlexMeter& m) {
+                        m.SetOptions(TKxFlexMeter::kAllFlexOptions &
+                                     ~TKxFlexMeter::FlexOption(TKxFlexMeter::opUnit));
+                    }},
+        SettingCase{"SetBevelInner",
+                    [](TKxFlexMeter& m) {
+                        TKxSBevel b;
+                        b.Assign(m.BevelInner());
+                        b.SetColor(clNavy);
+                        m.SetBevelInner(&b);
+                        EXPECT_EQ(m.BevelInner()->Color(), clNavy);
+                    }},
+        SettingCase{"SetScale",
+                    [](TKxFlexMeter& m) {
+                        TKxFlexScale s;
+                        s.Assign(m.Scale());
+                        s.SetFormatStr(QStringLiteral("0.00"));
+                        m.SetScale(&s);
+                        EXPECT_EQ(m.Scale()->FormatStr(), QStringLiteral("0.00"));
+                    }},
+        SettingCase{"SetFontUnit",
+                    [](TKxFlexMeter& m) {
+                        TFont f;
+                        f.Assign(*m.FontUnit());
+                        f.SetColor(clRed);
+                        m.SetFontUnit(&f);
+                        EXPECT_EQ(m.FontUnit()->Color(), clRed);
+                    }},
+        SettingCase{"SetValInd",
+                    [](TKxFlexMeter& m) {
+                        TKxValInd v;
+                        v.Assign(m.ValInd());
+                        v.SetColor(clNavy);
+                        m.SetValInd(&v);
+                        EXPECT_EQ(m.ValInd()->Color(), clNavy);
+                    }}),
+    [](const ::testing::TestParamInfo<SettingCase>& i) { return std::string(i.param.name); });
+
+TEST_F(FlexMeterTest, NullSettingsAreIgnored) {
+    const std::function<void(TKxFlexMeter&)> setters[] = {
+        [](TKxFlexMeter& m) { m.SetBevelInner(nullptr); },
+        [](TKxFlexMeter& m) { m.SetBevelOuter(nullptr); },
+        [](TKxFlexMeter& m) { m.SetScale(nullptr); },
+        [](TKxFlexMeter& m) { m.SetFontUnit(nullptr); },
+        [](TKxFlexMeter& m) { m.SetValInd(nullptr); },
+    };
+    for (const auto& set : setters) {
+        auto m = painted();
+        const QImage before = m->Surface().Image().copy();
+        const QString format = m->Scale()->FormatStr();
+        EXPECT_NO_THROW(set(*m));
+        m->PaintToSurface();
+        EXPECT_TRUE(before == m->Surface().Image());
+        EXPECT_EQ(m->Scale()->FormatStr(), format);
+    }
+}
+
+// --- header and names ----------------------------------------------------------------------
+
+// The bounding box of the pixels within r that ink() accepts (empty when there are none).
+TRect inkBox(const TBitmap& b, const TRect& r, const std::function<bool(TColor)>& ink) {
+    TRect box{INT32_MAX, INT32_MAX, INT32_MIN, INT32_MIN};
+    for (int32_t y = r.Top; y < r.Bottom; ++y)
+        for (int32_t x = r.Left; x < r.Right; ++x)
+            if (ink(b.Pixel(x, y))) {
+                box.Left = std::min(box.Left, x);
+                box.Top = std::min(box.Top, y);
+                box.Right = std::max(box.Right, x + 1);
+                box.Bottom = std::max(box.Bottom, y + 1);
+            }
+    return box.Left == INT32_MAX ? TRect{} : box;
+}
+TRect inkBox(const TKxFlexMeter& m, const TRect& r, TColor col) {
+    return inkBox(m.Surface(), r, [col](TColor c) { return c == col; });
+}
+
+// Any noticeably red pixel, smoothed text edges included.
+bool reddish(TColor c) {
+    return (c & 0xFF) > ((c >> 8) & 0xFF) + 60 && (c & 0xFF) > ((c >> 16) & 0xFF) + 60;
+}
+
+TEST_F(FlexMeterTest, TheUnitStandsRightOfTheValueBox) {
+    for (bool upright : {false, true}) {
+        SCOPED_TRACE(upright);
+        auto m = painted(upright);
+        m->FontUnit()->SetColor(clRed);
+        m->PaintToSurface();
+        ASSERT_TRUE(m->ShowsValue() && m->ShowsUnit());
+        const TRect box = m->ValInd()->BoxRect(), h = m->HeaderRect();
+        const TRect unit = inkBox(*m, h, clRed);
+        ASSERT_FALSE(unit.Left >= unit.Right);
+        EXPECT_GE(unit.Left, box.Right);
+        // The pair is centred: the unit ends as far from the right as the box starts left.
+        EXPECT_NEAR(h.Right - unit.Right, box.Left - h.Left, 4);
+    }
+}
+
+TEST_F(FlexMeterTest, WithoutTheOuterBevelTheNameSitsOnTheBottomEdge) {
+    const QString name = QStringLiteral("Flow");
+    // Where the name's ink starts below the top of its line.
+    TBitmap line;
+    line.SetSize(200, 60);
+    line.Canvas().Brush().SetColor(clWhite);
+    line.Canvas().FillRect(TRect{0, 0, 200, 60});
+    for (bool upright : {false, true}) {
+        SCOPED_TRACE(upright);
+        auto m = makeMeter(upright, 300, 300);
+        m->SignalSettings()->SetName2(name);
+        m->Font()->SetColor(clRed);
+        m->SetOptions(TKxFlexMeter::FlexOption(TKxFlexMeter::opName2));
+        m->PaintToSurface();
+        ASSERT_TRUE(m->ShowsNames());
+        line.Canvas().SetFont(*m->Font());
+        line.Canvas().Brush().SetStyle(bsClear);
+        line.Canvas().TextOut(0, 0, name);
+        const TRect inLine = inkBox(line, TRect{0, 0, 200, 60}, reddish);
+        ASSERT_LT(inLine.Top, inLine.Bottom);
+        const TRect client = m->ClientRect();
+        const TRect ink = inkBox(m->Surface(), client, reddish);
+        EXPECT_EQ(ink.Top, client.Bottom - line.Canvas().TextHeight(name) + inLine.Top);
+        EXPECT_EQ(ink.Bottom, client.Bottom - line.Canvas().TextHeight(name) + inLine.Bottom);
+    }
+}
+
+// --- scale parts ---------------------------------------------------------------------------
+
+TEST_F(FlexMeterTest, SectorBandsRunAlongTheBaseLineOnTheTicksSide) {
+    for (bool upright : {false, true}) {
+        SCOPED_TRACE(upright);
+        auto m = upright ? makeMeter(true, 150, 300) : makeMeter(false, 300, 150);
+        TSectorSettings& s = *m->SectorSettings();
+        s.SetSector1From(0), s.SetSector1To(1000);
+        s.SetSector2From(2000), s.SetSector2To(2000);
+        s.SetSector3From(2000), s.SetSector3To(2000);
+        s.SetSector1Color(clFuchsia);
+        m->Scale()->StepLines()->SetVisible(false);
+        m->Scale()->SubStepLines()->SetVisible(false);
+        m->PaintToSurface();
+        ASSERT_TRUE(m->ShowsTicks());
+        // A quarter along (the markers stand halfway), from the base line into the tick
+        // zone: BandHeight() deep as a pen-less rectangle, one pixel less below.
+        const int32_t mid = (3 * m->ScaleStart() + m->ScaleEnd()) / 4, b = m->BandHeight();
+        auto at = [&](int32_t across) {
+            return upright ? m->Surface().Pixel(across, mid) : m->Surface().Pixel(mid, across);
+        };
+        EXPECT_EQ(at(m->BaseLine() + 1), clFuchsia);
+        EXPECT_EQ(at(m->BaseLine() + b - 1), clFuchsia);
+        EXPECT_NE(at(m->BaseLine() + b), clFuchsia);
+        EXPECT_NE(at(m->BaseLine() - 1), clFuchsia);
+    }
+}
+
+struct LabelPlaceCase {
+    bool upright;
+    int32_t offsetX, offsetY;
+};
+class FlexLabelPlace : public ::testing::TestWithParam<LabelPlaceCase> {
+  protected:
+    void TearDown() override { ClearFlashList(); }
+};
+
+// Centred labels stand on their ticks (H: centred along, V: centred across their tick),
+// moved by the text offsets.
+TEST_P(FlexLabelPlace, CentredLabelsStandOnTheirTicksMovedByTheOffsets) {
+    const LabelPlaceCase& c = GetParam();
+    auto m = c.upright ? makeMeter(true, 150, 300) : makeMeter(false, 300, 150);
+    m->SetOptions(TKxFlexMeter::kAllFlexOptions &
+                  ~TKxFlexMeter::FlexOption(TKxFlexMeter::opSector));
+    m->Scale()->Font()->SetColor(clRed);
+    m->Scale()->SetTextOffsetX(c.offsetX);
+    m->Scale()->SetTextOffsetY(c.offsetY);
+    m->PaintToSurface();
+    ASSERT_GT(m->LabelHeight(), 0);
+    const TRect a = m->PointerArea();
+    const int32_t lh = m->LabelHeight(), lw = m->LabelWidth();
+    const int32_t labelsFrom = m->BaseLine() + m->TickLength() + 1;
+    // V: the runs of rows that hold label ink, each one label.
+    std::vector<std::pair<int32_t, int32_t>> runs;
+    if (c.upright)
+        for (int32_t y = a.Top; y < a.Bottom; ++y) {
+            const TRect row = inkBox(*m, TRect{labelsFrom, y, a.Right, y + 1}, clRed);
+            if (row.Left >= row.Right) continue;
+            if (!runs.empty() && runs.back().second == y)
+                runs.back().second = y + 1;
+            else
+                runs.emplace_back(y, y + 1);
+        }
+    int checked = 0;
+    for (const auto& t : m->Ticks()) {
+        if (!t.Labelled || t.Pos == m->ScaleStart() || t.Pos == m->ScaleEnd()) continue;
+        SCOPED_TRACE(t.Label.toStdString());
+        if (c.upright) {
+            // The digits' ink is centred on the line less its descent: close to the tick.
+            double nearest = 1e9;
+            for (const auto& [top, bottom] : runs)
+                if (std::abs((top + bottom) / 2.0 - (t.Pos + c.offsetY)) < std::abs(nearest))
+                    nearest = (top + bottom) / 2.0 - (t.Pos + c.offsetY);
+            EXPECT_NEAR(nearest, 0, lh / 6.0);
+            const TRect ink =
+                inkBox(*m, TRect{a.Left, t.Pos - lh / 2, a.Right, t.Pos + lh / 2}, clRed);
+            EXPECT_GE(ink.Left, labelsFrom + c.offsetX);
+        } else {
+            // Labels stand at least 1.4 widths apart: a window of 0.7 widths each way holds
+            // this one alone.
+            const int32_t half = lw * 7 / 10;
+            const TRect ink = inkBox(
+                *m, TRect{t.Pos - half + c.offsetX, a.Top, t.Pos + half + c.offsetX, a.Bottom},
+                clRed);
+            ASSERT_LT(ink.Left, ink.Right);
+            EXPECT_NEAR((ink.Left + ink.Right) / 2.0, t.Pos + c.offsetX, 1.5);
+            EXPECT_GE(ink.Top, labelsFrom + c.offsetY);
+        }
+        ++checked;
+    }
+    EXPECT_GT(checked, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Offsets, FlexLabelPlace,
+                         ::testing::Values(LabelPlaceCase{false, 0, 0}, LabelPlaceCase{true, 0, 0},
+                                           LabelPlaceCase{false, 5, 3},
+                                           LabelPlaceCase{true, 3, -6}));
+
+struct ExactLayoutCase {
+    bool upright;
+    int w, h;
+    QString format;
+    float from, to;
+    int32_t tick, labelH, labelW;
+};
+class FlexExactLayout : public ::testing::TestWithParam<ExactLayoutCase> {
+  protected:
+    void TearDown() override { ClearFlashList(); }
+};
+
+// Tick length and label size at given sizes; long labels of a vertical meter shrink until
+// they fit beside the ticks, and no further.
+TEST_P(FlexExactLayout, TickAndLabelSizes) {
+    const ExactLayoutCase& c = GetParam();
+    auto m = makeMeter(c.upright, c.w, c.h);
+    m->SignalSettings()->SetValueTo(c.to);
+    m->SignalSettings()->SetValueFrom(c.from);
+    m->Scale()->SetFormatStr(c.format);
+    m->PaintToSurface();
+    EXPECT_EQ(m->TickLength(), c.tick);
+    EXPECT_EQ(m->LabelHeight(), c.labelH);
+    EXPECT_EQ(m->LabelWidth(), c.labelW);
+    if (c.upright && c.labelH > 0) {
+        EXPECT_LE(int64_t(m->BaseLine()) + c.tick + 1 + c.labelW, m->PointerArea().Right);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Sizes, FlexExactLayout,
+    ::testing::Values(
+        ExactLayoutCase{true, 150, 300, QStringLiteral("##0.#"), 0, 100, 18, 23, 36},
+        ExactLayoutCase{true, 70, 300, QStringLiteral("##0.#"), 0, 100, 6, 0, 0},
+        ExactLayoutCase{true, 150, 600, QStringLiteral("0.000"), -20000, -10000, 18, 17, 73},
+        ExactLayoutCase{true, 300, 600, QStringLiteral("0.000"), -20000, -10000, 40, 39, 174},
+        ExactLayoutCase{true, 100, 600, QStringLiteral("0.000"), -20000, -10000, 10, 9, 37}));
+
+struct MarkerCase {
+    int w;
+    std::vector<float> values;
+    int32_t minPpt, maxPpt;
+};
+class FlexMarkers : public ::testing::TestWithParam<MarkerCase> {
+  protected:
+    void TearDown() override { ClearFlashList(); }
+};
+
+// The markers stand at the extremes recorded from the first value on, held at the range
+// ends.
+TEST_P(FlexMarkers, StandAtTheRecordedExtremes) {
+    const MarkerCase& c = GetParam();
+    auto m = makeMeter(false, c.w, 150);
+    m->SetLimitLower(-1e30f);
+    m->SetLimitUpper(1e30f);
+    m->MinMax()->SetUseSectorCol(false);
+    m->PaintToSurface();
+    m->SetValue(c.values.front());
+    m->ResetMinMax();
+    for (float v : c.values)
+        m->SetValue(v);
+    const float f = float(double(m->ScaleEnd() - m->ScaleStart()) / 1000.0);
+    const auto& mk = m->Markers();
+    EXPECT_EQ(mk[0].X, m->ScaleStart() + Round(double(f) * c.minPpt));
+    EXPECT_EQ(mk[3].X, m->ScaleStart() + Round(double(f) * c.maxPpt));
+    // The minimum's body lies towards the range start, the maximum's towards the end.
+    EXPECT_LT(mk[2].X, mk[0].X);
+    EXPECT_GT(mk[5].X, mk[3].X);
+    EXPECT_EQ(m->Surface().Pixel(mk[0].X - 2, mk[2].Y - 2), m->MinMax()->MinColor());
+}
+
+INSTANTIATE_TEST_SUITE_P(Extremes, FlexMarkers,
+                         ::testing::Values(MarkerCase{300, {20, 80, 50}, 200, 800},
+                                           MarkerCase{1200, {-50}, 0, 0},
+                                           MarkerCase{1200, {150}, 1000, 1000},
+                                           MarkerCase{1200, {-50, 150, 50}, 0, 1000}));
+
+// Logarithmic decades keep every tick down to kMinTickPitch pixels apart, then every
+// second one.
+TEST_F(FlexMeterTest, LogDecadesAreTickedDownToTheClosestPitch) {
+    constexpr int32_t decades = 40;
+    bool exact = false, closer = false;
+    for (int w = 120; w <= 260 && !(exact && closer); ++w) {
+        auto m = makeMeter(false, w, 60);
+        m->SetOptions(0);
+        m->SetLogScale(true);
+        m->SignalSettings()->SetValueTo(1e20f);
+        m->SignalSettings()->SetValueFrom(1e-20f);
+        m->PaintToSurface();
+        const int32_t length = m->ScaleEnd() - m->ScaleStart();
+        const auto steps = std::count_if(m->Ticks().begin(), m->Ticks().end(),
+                                         [](const auto& t) { return t.Step; });
+        if (length == decades * TKxFlexMeter::kMinTickPitch) {
+            exact = true;
+            EXPECT_EQ(steps, decades + 1) << w;
+        } else if (length == decades * TKxFlexMeter::kMinTickPitch - 1) {
+            closer = true;
+            EXPECT_EQ(steps, decades / 2 + 1) << w;
+        }
+    }
+    EXPECT_TRUE(exact && closer);
+}
+
 // --- readings --------------------------------------------------------------------------------
 
 TEST_F(FlexMeterTest, BadReadingsDrawWithinTheArea) {
@@ -395,23 +770,6 @@ TEST_F(FlexMeterTest, NothingBlinksAtDesignTime) {
     EXPECT_EQ(test::Subscription(m.get()), nullptr);
 }
 
-TEST_F(FlexMeterTest, MarkersStandAtTheRecordedExtremes) {
-    auto m = makeMeter(false, 300, 150);
-    m->MinMax()->SetUseSectorCol(false);
-    m->PaintToSurface();
-    m->SetValue(20);
-    m->SetValue(80);
-    m->SetValue(50);
-    const float f = float(double(m->ScaleEnd() - m->ScaleStart()) / 1000.0);
-    const auto& mk = m->Markers();
-    EXPECT_EQ(mk[0].X, m->ScaleStart() + Round(double(f) * 200));
-    EXPECT_EQ(mk[3].X, m->ScaleStart() + Round(double(f) * 800));
-    // The minimum's body lies towards the range start, the maximum's towards the end.
-    EXPECT_LT(mk[2].X, mk[0].X);
-    EXPECT_GT(mk[5].X, mk[3].X);
-    EXPECT_EQ(m->Surface().Pixel(mk[0].X - 2, mk[2].Y - 2), m->MinMax()->MinColor());
-}
-
 TEST_F(FlexMeterTest, Defaults) {
     TKxFlexHMeter h;
     EXPECT_EQ(h.width(), 300);
@@ -427,6 +785,32 @@ TEST_F(FlexMeterTest, Defaults) {
     EXPECT_EQ(h.Scale()->Font()->Size(), 36);
     EXPECT_EQ(h.BevelInner()->BevelLine(), blInner);
     EXPECT_EQ(h.BevelOuter()->BevelLine(), blOuter);
+}
+
+}  // namespace
+}  // namespace kx
+
+namespace kx {
+namespace {
+
+// A step split into more parts than can be drawn keeps its steps: only the sub-ticks go.
+TEST(FlexSteps, AStepSplitIntoVeryManyPartsKeepsItsSteps) {
+    for (const int32_t parts : {1000, 100000}) {
+        TKxFlexHMeter m;
+        m.SetBounds(0, 0, 300, 150);
+        m.SignalSettings()->SetValueFrom(0);
+        m.SignalSettings()->SetValueTo(100);
+        m.Scale()->SetSubStepAt(10.0f / float(parts));
+        m.Scale()->SetStepMulti(parts);
+        m.Loaded();
+        m.PaintToSurface();
+        const auto& ticks = m.Ticks();
+        EXPECT_EQ(std::count_if(ticks.begin(), ticks.end(), [](const auto& t) { return t.Step; }),
+                  11)
+            << parts;
+        EXPECT_TRUE(std::all_of(ticks.begin(), ticks.end(), [](const auto& t) { return t.Step; }))
+            << parts;
+    }
 }
 
 }  // namespace

@@ -55,6 +55,7 @@
 //  - With Scale.SubStepAt > 0 sub-ticks stand every SubStepAt and steps every StepMulti
 //    sub-ticks; when those steps' labels would overlap, only every n-th step is labelled
 //    (n from 1, 2, 5, 10, ...); steps closer than kMinTickPitch fall back to automatic.
+//  - More than 20000 sub-ticks over the range are not drawn: the steps stay alone.
 //  - Logarithmic (LogScale): steps on the decades, every n-th one labelled (n from
 //    1, 2, 5, 10, ...); sub-ticks at 2..9 of each decade when their closest pair is at
 //    least Scale.SubStepsVis apart. Labels between 0.1 and 100000 use FormatStr, the others
