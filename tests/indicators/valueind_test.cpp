@@ -48,10 +48,11 @@ int inkIn(const TKxValueInd& v, TColor c) {
 struct Recorded {
     TKxValueInd v;
     TRecordingCanvas rec;
-    explicit Recorded(uint16_t options, bool autoSize = false) {
+    explicit Recorded(uint16_t options, bool autoSize = false, const QString& name2 = QString()) {
         rec.CharWidth = 7;
         rec.LineHeight = 14;
         v.SetCanvas(&rec);
+        if (!name2.isEmpty()) v.SignalSettings()->SetName2(name2);
         v.SetOptions(options);
         v.SetKxAutoSize(autoSize);
         v.Loaded();
@@ -68,6 +69,7 @@ TEST_F(ValueIndTest, LayoutFollowsTheBlockRule) {
         bool autoSize;
         int32_t w, h;
         TRect box, number, unit;
+        QString name2 = QString();
     } cases[] = {
         // 160 x 96: area 16..144 x 16..52, the 52-wide block centred.
         {TKxValueInd::kDefaultOptions,
@@ -95,10 +97,29 @@ TEST_F(ValueIndTest, LayoutFollowsTheBlockRule) {
          {8, 8, 51, 26},
          {12, 10, 47, 24},
          {53, 10, 60, 24}},
+        // AutoSize with a 140 wide Name2: it decides the width (140 + 16), the block is
+        // centred in the 124 wide area.
+        {TKxValueInd::kDefaultOptions,
+         true,
+         156,
+         78,
+         {52, 16, 95, 34},
+         {56, 18, 91, 32},
+         {97, 18, 104, 32},
+         QString(20, QLatin1Char('n'))},
+        // ... unless the line is not shown.
+        {TKxValueInd::kDefaultOptions & ~O(TKxValueInd::opName2),
+         true,
+         93,
+         64,
+         {20, 16, 63, 34},
+         {24, 18, 59, 32},
+         {65, 18, 72, 32},
+         QString(20, QLatin1Char('n'))},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.options << " " << c.autoSize);
-        Recorded r(c.options, c.autoSize);
+        SCOPED_TRACE(testing::Message() << c.options << " " << c.autoSize << " " << c.name2.size());
+        Recorded r(c.options, c.autoSize, c.name2);
         EXPECT_EQ(r.v.width(), c.w);
         EXPECT_EQ(r.v.height(), c.h);
         EXPECT_EQ(r.v.ValueBox(), c.box);
@@ -124,8 +145,14 @@ TEST_F(ValueIndTest, Defaults) {
     EXPECT_FALSE(v.AutoSize());
     EXPECT_EQ(v.Options(), TKxValueInd::kDefaultOptions);
     EXPECT_FALSE(v.HasOption(TKxValueInd::opSectorColor));
+    EXPECT_EQ(v.FontValue()->Name(), QStringLiteral("Arial"));
     EXPECT_EQ(v.FontValue()->Color(), clLime);
     EXPECT_EQ(v.FontValue()->Size(), 18);
+    EXPECT_EQ(v.FontValue()->Style(), fsBold);
+    EXPECT_EQ(v.FontUnit()->Name(), QStringLiteral("Arial"));
+    EXPECT_EQ(v.FontUnit()->Color(), clBlack);
+    EXPECT_EQ(v.FontUnit()->Size(), 10);
+    EXPECT_EQ(v.FontUnit()->Style(), 0);
     EXPECT_EQ(v.BevelValue()->Color(), clBlack);
     EXPECT_EQ(v.BevelValue()->Style(), bsLowered);
     EXPECT_EQ(v.BevelInner()->BevelLine(), blInner);
@@ -240,6 +267,68 @@ TEST_F(ValueIndTest, NaNIsIgnoredAndTooWideNumbersShowHashes) {
     EXPECT_FALSE(v.Blinking());
 }
 
+// A number too wide for its field shows as many whole '#' as fit, at least one, against
+// the right edge: left of them the field keeps the box colour.
+TEST_F(ValueIndTest, HashesAreWholeAndRightAligned) {
+    TKxValueInd v;
+    TBitmap probe;
+    probe.Canvas().SetFont(*v.FontValue());
+    const int32_t hash = probe.Canvas().TextWidth(QStringLiteral("#"));
+    ASSERT_GT(hash, 5);
+    v.SetOptions(0);
+    v.Loaded();
+    v.SetValue(50.0f);  // "50.0": wider than two and a half '#'
+    // A control narrower than the box cuts the box at its left edge, so the field keeps
+    // the same margin m from both sides of the control.
+    v.SetBounds(0, 0, 20, 96);
+    v.PaintToSurface();
+    const int32_t m = v.NumberRect().Left;
+    const struct {
+        int32_t room, hashes;
+    } cases[] = {{hash / 2, 1}, {hash, 1}, {hash + hash / 2, 1}, {2 * hash + hash / 2, 2}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << "room " << c.room << ", '#' " << hash);
+        v.SetBounds(0, 0, c.room + 2 * m, 96);
+        v.PaintToSurface();
+        const TRect n = v.NumberRect();
+        ASSERT_EQ(n.Width(), c.room);
+        // One column of slack for the glyph's anti-aliased edge.
+        const int32_t clearTo = n.Right - c.hashes * hash - 1;
+        int ink = 0, stray = 0;
+        for (int32_t y = n.Top; y < n.Bottom; ++y)
+            for (int32_t x = n.Left; x < n.Right; ++x)
+                if (v.Surface().Pixel(x, y) != clBlack) {
+                    ++ink;
+                    stray += x < clearTo;
+                }
+        EXPECT_GT(ink, 10);
+        EXPECT_EQ(stray, 0);
+    }
+}
+
+// The settings setters ignore a null: nothing is thrown, nothing changes.
+TEST_F(ValueIndTest, NullSettingsAreIgnored) {
+    using Set = std::function<void(TKxValueInd&)>;
+    const std::pair<const char*, Set> cases[] = {
+        {"BevelInner", [](TKxValueInd& v) { v.SetBevelInner(nullptr); }},
+        {"BevelOuter", [](TKxValueInd& v) { v.SetBevelOuter(nullptr); }},
+        {"BevelValue", [](TKxValueInd& v) { v.SetBevelValue(nullptr); }},
+        {"FontValue", [](TKxValueInd& v) { v.SetFontValue(nullptr); }},
+        {"FontUnit", [](TKxValueInd& v) { v.SetFontUnit(nullptr); }},
+    };
+    for (const auto& [what, set] : cases) {
+        SCOPED_TRACE(what);
+        TKxValueInd v;
+        v.Loaded();
+        v.PaintToSurface();
+        const QImage before = v.Surface().Image().copy();
+        EXPECT_NO_THROW(set(v));
+        v.Invalidate();
+        v.PaintToSurface();
+        EXPECT_TRUE(before == v.Surface().Image());
+    }
+}
+
 TEST_F(ValueIndTest, SizesFromTinyToHuge) {
     const struct {
         int32_t w, h;
@@ -288,6 +377,18 @@ TEST_F(ValueIndTest, SettingsChangesRepaint) {
         {"BevelInner", [](TKxValueInd& v) { v.BevelInner()->SetWidth(3); }},
         {"FontValue", [](TKxValueInd& v) { v.FontValue()->SetSize(30); }},
         {"FontUnit", [](TKxValueInd& v) { v.FontUnit()->SetSize(13); }},
+        {"SetFontValue",
+         [](TKxValueInd& v) {
+             TFont f;
+             f.SetSize(30);
+             v.SetFontValue(&f);
+         }},
+        {"SetBevelInner",
+         [](TKxValueInd& v) {
+             TKxSBevel b;
+             b.SetWidth(3);
+             v.SetBevelInner(&b);
+         }},
         {"Options", [](TKxValueInd& v) { v.SetOptions(1); }},
         {"AutoSize", [](TKxValueInd& v) { v.SetKxAutoSize(true); }},
         {"Format", [](TKxValueInd& v) { v.SignalSettings()->SetValueFormat("0.000"); }},
