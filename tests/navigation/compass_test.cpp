@@ -219,6 +219,34 @@ TEST(Compass, RangeStaysZeroTo360AndLogScaleIsRefused) {
 
 // --- geometry ------------------------------------------------------------------------------
 
+TEST(Compass, DefaultsOfSizeAndReadoutBevel) {
+    TKxCompass c;
+    EXPECT_EQ(c.width(), 200);
+    EXPECT_EQ(c.height(), 250);
+    const TKxSBevel& b = *c.BevelValue();
+    EXPECT_EQ(b.Style(), bsLowered);
+    EXPECT_EQ(b.Spacing(), 0);
+    EXPECT_EQ(b.Width(), 2);
+    EXPECT_EQ(b.Color(), clBlack);
+}
+
+TEST(Compass, TheCardIsOutlinedInTheScaleColourWithDrawLine) {
+    for (const bool line : {true, false}) {
+        auto c = std::make_unique<TKxCompass>();
+        c->ScaleSettings()->SetColor(clNavy);
+        c->ScaleSettings()->SetDrawLine(line);
+        c->Loaded();
+        c->PaintToSurface();
+        const TPoint m = c->Center();
+        const int32_t r = c->CardRadius();
+        // The outline's leftmost and rightmost pixels on the centre row, and nothing of it
+        // just outside.
+        for (const int32_t x : {m.X - r, m.X + r})
+            EXPECT_EQ(c->Surface().Pixel(x, m.Y) == clNavy, line) << x << " " << line;
+        EXPECT_NE(c->Surface().Pixel(m.X - r - 1, m.Y), clNavy) << line;
+    }
+}
+
 TEST(Compass, LayoutFromTheClientRectangleInward) {
     auto c = painted();
     const TRect a = c->FaceArea(), f = c->FaceRect(), box = c->ReadoutBox();
