@@ -679,3 +679,38 @@ TEST_F(VCInd, AssistiveToolsHearAllFourReadings) {
 
 }  // namespace
 }  // namespace kx
+
+namespace kx {
+namespace {
+
+// Each reading's own settings start as the header documents them.
+TEST(VCIndDefaults, EachReadingHasItsOwnSettings) {
+    TKxVCInd v;
+    const struct {
+        const char* name;
+        const TSignalSettings* s;
+        float from, to;
+        const char* format;
+        QString unit;
+    } cases[] = {
+        {"Course", v.CourseSettings(), 0.0f, 360.0f, "000", QStringLiteral("\u00B0")},
+        {"Pitch", v.PitchSettings(), -30.0f, 30.0f, "##0.0", QStringLiteral("\u00B0")},
+        {"Roll", v.RollSettings(), -60.0f, 60.0f, "##0.0", QStringLiteral("\u00B0")},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.s->Name1(), QString::fromLatin1(c.name));
+        EXPECT_EQ(c.s->ValueFrom(), c.from) << c.name;
+        EXPECT_EQ(c.s->ValueTo(), c.to) << c.name;
+        EXPECT_EQ(c.s->ValueFormat(), QString::fromLatin1(c.format)) << c.name;
+        EXPECT_EQ(c.s->ValueUnit(), c.unit) << c.name;
+    }
+    EXPECT_EQ(v.SignalSettings()->ValueFormat(), QStringLiteral("##0.0"));
+    EXPECT_EQ(v.SignalSettings()->ValueUnit(), QString());
+    EXPECT_EQ(v.SignalSettings()->ValueFrom(), -2.0f);
+    EXPECT_EQ(v.SignalSettings()->ValueTo(), 2.0f);
+    EXPECT_EQ(v.width(), 220);
+    EXPECT_EQ(v.height(), 220);
+}
+
+}  // namespace
+}  // namespace kx
