@@ -5,6 +5,7 @@
 
 #include <QAccessible>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <memory>
 
@@ -710,6 +711,65 @@ TEST(VCIndDefaults, EachReadingHasItsOwnSettings) {
     EXPECT_EQ(v.SignalSettings()->ValueTo(), 2.0f);
     EXPECT_EQ(v.width(), 220);
     EXPECT_EQ(v.height(), 220);
+}
+
+}  // namespace
+}  // namespace kx
+
+namespace kx {
+namespace {
+
+std::unique_ptr<TKxVCInd> paintedVCInd(int w, int h,
+                                       const std::function<void(TKxVCInd&)>& setup = {}) {
+    auto v = std::make_unique<TKxVCInd>();
+    v->SetBounds(0, 0, w, h);
+    if (setup) setup(*v);
+    v->Loaded();
+    v->PaintToSurface();
+    return v;
+}
+
+// A window of radius 4 is the smallest that still shows the horizon.
+TEST(VCIndSmall, AWindowOfRadiusFourIsDrawn) {
+    bool atFour = false, belowFour = false;
+    for (int s = 20; s <= 160; ++s) {
+        auto v = paintedVCInd(s, s);
+        const int32_t r = v->WindowRect().Width() / 2;
+        if (r == 4) {
+            atFour = true;
+            EXPECT_FALSE(v->TooSmall()) << s;
+        } else if (r > 0 && r < 4) {
+            belowFour = true;
+            EXPECT_TRUE(v->TooSmall()) << s;
+        }
+    }
+    EXPECT_TRUE(atFour);
+    EXPECT_TRUE(belowFour);
+}
+
+TEST(VCIndHorizon, TheHorizonLineIsWhite) {
+    for (const float pitch : {0.0f, 6.0f, -9.0f}) {
+        auto v = paintedVCInd(220, 220);
+        v->SetAttitude(pitch, 0.0f);
+        const TRect w = v->WindowRect();
+        const int32_t y = v->Horizon()[0].Y;
+        ASSERT_EQ(v->Horizon()[1].Y, y);
+        EXPECT_EQ(v->Surface().Pixel(w.Left + w.Width() / 6, y), ColorToRGB(clWhite)) << pitch;
+    }
+}
+
+// A pitch range without span has no scale: no ladder is drawn, whatever the option says.
+TEST(VCIndHorizon, AnEmptyPitchRangeDrawsNoLadder) {
+    auto flat = [](bool ladder) {
+        return paintedVCInd(220, 220, [ladder](TKxVCInd& v) {
+            v.PitchSettings()->WriteRange(5.0f, 5.0f);
+            TKxVCInd::TVCIndOptions o = TKxVCInd::kAllVCIndOptions;
+            if (!ladder) o &= ~TKxVCInd::VCIndOption(TKxVCInd::opPitchLadder);
+            v.SetOptions(o);
+        });
+    };
+    auto with = flat(true), without = flat(false);
+    EXPECT_TRUE(with->Surface().Image() == without->Surface().Image());
 }
 
 }  // namespace
