@@ -815,3 +815,60 @@ TEST(FlexSteps, AStepSplitIntoVeryManyPartsKeepsItsSteps) {
 
 }  // namespace
 }  // namespace kx
+
+namespace kx {
+namespace {
+
+std::unique_ptr<TKxFlexHMeter> paintedFlex(const std::function<void(TKxFlexHMeter&)>& setup) {
+    auto m = std::make_unique<TKxFlexHMeter>();
+    m->SetLimitUpper(1e6f);
+    m->SetLimitLower(-1e6f);
+    setup(*m);
+    m->Loaded();
+    m->PaintToSurface();
+    return m;
+}
+
+// The steps are drawn with Scale.StepLines' pen.
+TEST(FlexTicks, StepsTakeTheStepLinesPen) {
+    for (const TColor colour : {clRed, clNavy}) {
+        auto m =
+            paintedFlex([&](TKxFlexHMeter& f) { f.Scale()->StepLines()->Pen()->SetColor(colour); });
+        ASSERT_TRUE(m->ShowsTicks());
+        int checked = 0;
+        for (const auto& t : m->Ticks()) {
+            if (!t.Step) continue;
+            EXPECT_EQ(m->Surface().Pixel(t.Pos, m->BaseLine() + m->TickLength() / 2), colour)
+                << t.Pos;
+            ++checked;
+        }
+        EXPECT_GE(checked, 3);
+    }
+}
+
+// The header is the value box's height plus two, whatever the box's text spacing; a value
+// box without a unit still shows.
+TEST(FlexHeader, FollowsTheValueBoxWithOrWithoutTheUnit) {
+    const struct {
+        int32_t top, bottom;
+        bool unit;
+    } cases[] = {{0, 0, true}, {4, 6, true}, {4, 6, false}, {0, 9, false}};
+    for (const auto& c : cases) {
+        auto m = paintedFlex([&](TKxFlexHMeter& f) {
+            f.SetBounds(0, 0, 400, 200);
+            f.SignalSettings()->SetValueUnit(QStringLiteral("m/min"));
+            f.ValInd()->TxtSpacing()->SetTop(c.top);
+            f.ValInd()->TxtSpacing()->SetBottom(c.bottom);
+            if (!c.unit)
+                f.SetOptions(TKxFlexMeter::kAllFlexOptions &
+                             ~TKxFlexMeter::FlexOption(TKxFlexMeter::opUnit));
+        });
+        EXPECT_TRUE(m->ShowsValue()) << c.top << " " << c.unit;
+        EXPECT_EQ(m->ShowsUnit(), c.unit);
+        EXPECT_EQ(m->HeaderRect().Height(), m->ValInd()->BoxRect().Height() + 2)
+            << c.top << " " << c.bottom << " " << c.unit;
+    }
+}
+
+}  // namespace
+}  // namespace kx
