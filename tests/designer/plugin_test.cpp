@@ -243,7 +243,12 @@ TEST(DesignerPlugin, UiFileSurvivesLoadSaveLoad) {
     for (const char* name : {"boiler", "flow"}) {
         TKxRMeter& a = finish(*first->findChild<QWidget*>(name));
         TKxRMeter& b = finish(*second->findChild<QWidget*>(name));
-        EXPECT_EQ(test::DiffProperties(test::KxProperties(a), test::KxProperties(b)), "") << name;
+        // The automatic hint carries the time each panel recorded its extremes, which may
+        // lie a second apart; the hint itself is tested with the value model.
+        auto pa = test::KxProperties(a), pb = test::KxProperties(b);
+        pa.erase(QStringLiteral("Hint"));
+        pb.erase(QStringLiteral("Hint"));
+        EXPECT_EQ(test::DiffProperties(pa, pb), "") << name;
         EXPECT_TRUE(a.Surface().Image() == b.Surface().Image()) << name;
     }
 }
