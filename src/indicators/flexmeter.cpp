@@ -653,10 +653,7 @@ void TKxFlexMeter::LimitChange() {
 
 void TKxFlexMeter::PointerFlash() {
     if (tooSmall_) return;
-    const int32_t pos = PointerPosition();
-    const bool overflow = HasOption(opOverflow) && (pos > 1000 || pos < 0);
-    const bool limit = HasOption(opLimit) && (UpperExceeded() || LowerExceeded());
-    if ((overflow || limit) && !Designing()) {
+    if (PointerAlarm(PointerPosition(), HasOption(opOverflow), HasOption(opLimit))) {
         AddControl(this, kPointerBlinkCode);
         blinking_ = true;
         return;

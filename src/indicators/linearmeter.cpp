@@ -160,10 +160,7 @@ void TKxLinearMeter::LimitChange() {
 
 void TKxLinearMeter::PointerFlash() {
     if (tooSmall_) return;
-    const int32_t pos = PointerPosition();
-    const bool overflow = has(rOverflow) && (pos > 1000 || pos < 0);
-    const bool limit = has(rLimit) && (UpperExceeded() || LowerExceeded());
-    if ((overflow || limit) && !Designing()) {
+    if (PointerAlarm(PointerPosition(), has(rOverflow), has(rLimit))) {
         AddControl(this, kPointerBlinkCode);
         blinking_ = true;
         return;

@@ -679,10 +679,7 @@ void TKxRMeter::LimitChange() {
 }
 
 void TKxRMeter::PointerFlash() {
-    const int32_t pos = NeedlePosition();
-    const bool overflow = HasOption(opOverflow) && (pos > 1000 || pos < 0);
-    const bool limit = HasOption(opLimit) && (UpperExceeded() || LowerExceeded());
-    if ((overflow || limit) && !Designing()) {
+    if (PointerAlarm(NeedlePosition(), HasOption(opOverflow), HasOption(opLimit))) {
         AddControl(this, kNeedleBlinkCode);
         blinking_ = true;
     } else {

@@ -311,10 +311,7 @@ void TKxThermometer::LimitChange() {
 }
 
 void TKxThermometer::flash() {
-    const int32_t pos = PointerPosition();
-    const bool overflow = HasOption(opOverflow) && (pos > 1000 || pos < 0);
-    const bool limit = HasOption(opLimit) && (UpperExceeded() || LowerExceeded());
-    if ((overflow || limit) && !tooSmall_ && !Designing()) {
+    if (!tooSmall_ && PointerAlarm(PointerPosition(), HasOption(opOverflow), HasOption(opLimit))) {
         AddControl(this, kColumnBlinkCode);
         // The whole column changes its look, not only the rows a reading moves.
         if (!blinking_) composer_.Invalidate();

@@ -536,10 +536,7 @@ void TKxVCInd::LimitChange() {
 
 void TKxVCInd::pointerFlash() {
     if (tooSmall_) return;
-    const int32_t pos = PointerPosition();
-    const bool overflow = HasOption(opOverflow) && (pos > 1000 || pos < 0);
-    const bool limit = HasOption(opLimit) && (UpperExceeded() || LowerExceeded());
-    if ((overflow || limit) && !Designing()) {
+    if (PointerAlarm(PointerPosition(), HasOption(opOverflow), HasOption(opLimit))) {
         AddControl(this, kNeedleBlinkCode);
         blinking_ = true;
         return;

@@ -196,6 +196,15 @@ class TKxAnalogGControl : public TKxGraphicControl {
     // must outlive the threads that call it; a call pending at destruction is dropped.
     void PostValue(double v);
 
+    // The blink rule of every pointer: a position beyond the range (outside 0..1000 per
+    // mille) when overflow blinks, or a crossed limit when limits blink; never at design
+    // time.
+    bool PointerAlarm(int32_t position, bool overflowBlinks, bool limitBlinks) const {
+        return ((overflowBlinks && (position > 1000 || position < 0)) ||
+                (limitBlinks && (UpperExceeded() || LowerExceeded()))) &&
+               !Designing();
+    }
+
     // Restore saved extremes: when v differs from the recorded one, record it with the
     // given time stamp, notify (OnMinMaxChange, evaluation) and refresh the hint.
     void SetMin(float v, TDateTime when);
