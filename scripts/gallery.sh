@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # The main job: installs what is missing, builds the gallery program and renders its pages
-# as PNG files into out/ (or OUTDIR given as the first argument); with a display and no
-# argument it opens the gallery window instead.
+# as PNG files into out/ (or OUTDIR given as the first argument), with the example live panel
+# rendered beside them; with a display and no argument it opens the gallery window instead.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 export BUILD_DIR=${BUILD_DIR:-build}
@@ -14,6 +14,12 @@ if [ -f apps/gallery/CMakeLists.txt ]; then
     fi
     export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
     "$BUILD_DIR/apps/gallery/kxgallery" --screenshot "$OUT"
+    # The example live panel, fed by the simulator for two seconds.
+    if [ -f apps/kxpanel/CMakeLists.txt ]; then
+        bash scripts/build.sh --target kxpanel
+        "$BUILD_DIR/apps/kxpanel/kxpanel" examples/panels/boiler-house.ui \
+            --bind examples/panels/boiler-house.sim.json --render "$OUT/boiler-house.png" --after 2
+    fi
 else
     export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
     bash scripts/build.sh --target kxshowcase

@@ -42,7 +42,7 @@ void TKxRockerSwitch::PaintStatic(TCanvas& canvas, const TRect& body) {
 
 void TKxRockerSwitch::PaintMoving(TCanvas& canvas, const TRect& body) {
     const auto [onHalf, offHalf] = Halves(body, Vertical());
-    const auto half = [&canvas, this](TRect r, bool pressed, TColor face, const QString& legend) {
+    const auto half = [&canvas](TRect r, bool pressed, TColor face, const QString& legend) {
         if (r.Right - r.Left < 1 || r.Bottom - r.Top < 1) return;
         const TColor fill = pressed ? KxSetBrightness(ColorToRGB(face), kPressedBrightness) : face;
         KxBtnBevel(canvas, r, !pressed, true, fill);

@@ -1,18 +1,27 @@
 #include "kx/drawing/formpos.h"
 
 #include <QByteArray>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QGuiApplication>
+#include <QLockFile>
 #include <QScreen>
 #include <QSettings>
 #include <QString>
+#include <QTemporaryDir>
 #include <QWidget>
 #include <QtEndian>
 #include <algorithm>
 #include <cstdint>
 #include <limits>
 
+#include "kx/host/safefile.h"
+
 namespace kx {
 namespace {
+
+constexpr int kLockWaitMs = 5000;
 
 TFormPosSettingsFactory& settingsFactory() {
     static TFormPosSettingsFactory factory;
@@ -33,6 +42,57 @@ std::unique_ptr<QSettings> OpenStore() {
 QString PositionKey(const QWidget& form) {
     return QStringLiteral("SOFTWARE/Kexano VCL/Data/") +
            QString::fromLatin1(form.metaObject()->className()) + QStringLiteral("/Position");
+}
+
+bool IsIniFile(const QSettings& store) {
+#if defined(Q_OS_WIN) || defined(Q_OS_DARWIN)
+    return store.format() == QSettings::IniFormat;
+#else
+    return store.format() == QSettings::IniFormat || store.format() == QSettings::NativeFormat;
+#endif
+}
+
+QVariantMap AllValues(const QSettings& settings) {
+    QVariantMap values;
+    for (const QString& key : settings.allKeys())
+        values.insert(key, settings.value(key));
+    return values;
+}
+
+// QSettings (Qt 6.4) renames a truncated file over the store when the disk fills during its
+// write, and reports no error. So QSettings encodes the store into a scratch file, which is
+// read back under a new name (QSettings caches the files it wrote) and compared; only then
+// does the complete file replace the store, crash-safely. The lock is the one QSettings takes.
+int SaveIntoIniFile(const QString& file, const QString& key, const QByteArray& value) {
+    const QTemporaryDir scratch;
+    QLockFile lock(file + QStringLiteral(".lock"));
+    if (!scratch.isValid() || !QDir().mkpath(QFileInfo(file).absolutePath()) ||
+        !lock.tryLock(kLockWaitMs))
+        return QSettings::AccessError;
+    QVariantMap wanted;
+    {
+        const QSettings current(file, QSettings::IniFormat);
+        if (current.status() != QSettings::NoError) return current.status();
+        wanted = AllValues(current);
+    }
+    wanted.insert(key, value);
+    const QString written = scratch.filePath(QStringLiteral("written.ini"));
+    const QString reread = scratch.filePath(QStringLiteral("reread.ini"));
+    {
+        QSettings encoder(written, QSettings::IniFormat);
+        for (auto it = wanted.cbegin(); it != wanted.cend(); ++it)
+            encoder.setValue(it.key(), it.value());
+        encoder.sync();
+        if (encoder.status() != QSettings::NoError) return encoder.status();
+    }
+    if (!QFile::rename(written, reread)) return QSettings::AccessError;
+    if (AllValues(QSettings(reread, QSettings::IniFormat)) != wanted) return QSettings::AccessError;
+    QFile encoded(reread);
+    if (!encoded.open(QIODevice::ReadOnly)) return QSettings::AccessError;
+    const QByteArray bytes = encoded.readAll();
+    return KxReplaceFile(file, bytes.constData(), static_cast<size_t>(bytes.size())) == 0
+               ? QSettings::NoError
+               : QSettings::AccessError;
 }
 
 // The classic rule on one axis: the far edge wins over the near one.
@@ -84,15 +144,18 @@ QPoint KxClampFormPos(QPoint p, QSize size, const QList<QRect>& screens, int pri
                   Saturate(ClampAxis(p.y(), h, s.top(), int64_t(s.top()) + s.height())));
 }
 
-void KxSaveFormPos(QWidget* form) {
-    if (!form) return;
-    const std::unique_ptr<QSettings> store = OpenStore();
-    if (!store) return;
+int KxSaveFormPos(QWidget* form) {
+    if (!form) return QSettings::NoError;
+    std::unique_ptr<QSettings> store = OpenStore();
+    if (!store) return QSettings::AccessError;
     const QPoint p = ClampOntoScreens(form->pos(), form->frameGeometry().size());
     QByteArray bytes(8, '\0');
     qToLittleEndian<int32_t>(p.x(), bytes.data());
     qToLittleEndian<int32_t>(p.y(), bytes.data() + 4);
+    if (IsIniFile(*store)) return SaveIntoIniFile(store->fileName(), PositionKey(*form), bytes);
     store->setValue(PositionKey(*form), bytes);
+    store->sync();
+    return store->status();
 }
 
 void KxLoadFormPos(QWidget* form) {

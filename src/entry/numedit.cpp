@@ -2,6 +2,8 @@
 
 #include <QKeyEvent>
 #include <QPalette>
+#include <QPointer>
+#include <QScopedValueRollback>
 #include <cfloat>
 #include <cmath>
 
@@ -152,8 +154,17 @@ void TKxNumEdit::SetState(TNumEditState s) {
 }
 
 void TKxNumEdit::showEntryError(const TEntry& entry) {
+    // Set while an edit takes the focus for its error: the edit that loses the focus then
+    // checks its own entry on the way out, and must not take the focus back for an error
+    // of its own, or two edits in error would pass it to and fro for ever.
+    static bool takingFocus = false;
     SetState(esError);
-    if (focusPolicy() != Qt::NoFocus && isVisible() && !designing_ && !hasFocus()) setFocus();
+    if (focusPolicy() != Qt::NoFocus && isVisible() && !designing_ && !hasFocus() && !takingFocus) {
+        const QPointer<TKxNumEdit> alive(this);
+        const QScopedValueRollback<bool> guard(takingFocus, true);
+        setFocus();
+        if (!alive) return;  // a handler of the other edit deleted this one
+    }
     setSelection(entry.FirstInvalid, entry.LastInvalid - entry.FirstInvalid + 1);
 }
 

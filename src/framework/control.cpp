@@ -100,6 +100,18 @@ void TKxControl::SetBounds(int32_t left, int32_t top, int32_t width, int32_t hei
     ensureSurfaceSize();
 }
 
+void TKxControl::SetAutoSize(int64_t width, int64_t height) {
+    const auto limit = [](int64_t v) { return int32_t(std::clamp<int64_t>(v, 0, kKxMaxAutoSize)); };
+    const int32_t w = limit(width), h = limit(height);
+    if (this->width() != w || this->height() != h) SetBounds(x(), y(), w, h);
+}
+
+void TKxControl::GrowToAtLeast(int64_t width, int64_t height) {
+    const int64_t w = std::max<int64_t>(this->width(), std::min(width, kKxMaxAutoSize));
+    const int64_t h = std::max<int64_t>(this->height(), std::min(height, kKxMaxAutoSize));
+    if (w != this->width() || h != this->height()) SetBounds(x(), y(), int32_t(w), int32_t(h));
+}
+
 void TKxControl::MakeCompatibleBitmap(TBitmap& bitmap, int32_t width, int32_t height,
                                       TPoint origin) const {
     bitmap.SetDeviceGrid(canvasOverride_ ? canvasOverride_->DeviceRatio() : surface_.DeviceRatio(),

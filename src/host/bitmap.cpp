@@ -1,8 +1,13 @@
 #include "kx/host/bitmap.h"
 
+#include <QBuffer>
+#include <QFileInfo>
+#include <QImageWriter>
 #include <QPainter>
 #include <cmath>
 #include <cstring>
+
+#include "kx/host/safefile.h"
 
 namespace kx {
 
@@ -45,6 +50,10 @@ void TBitmap::resize(int32_t width, int32_t height, bool keep) {
     }
     if (keep && image_.width() == dw && image_.height() == dh) return;
     QImage next(dw, dh, QImage::Format_ARGB32_Premultiplied);
+    if (next.isNull()) {  // beyond QImage's limits or out of memory
+        image_ = QImage();
+        return;
+    }
     next.fill(0xFFFFFFFFu);
     if (keep && !image_.isNull()) {
         const int w = std::min(dw, image_.width()) * 4;
@@ -108,7 +117,13 @@ TColor TBitmap::Pixel(int32_t x, int32_t y) const {
 }
 
 bool TBitmap::SaveToFile(const QString& path) const {
-    return image_.save(path);
+    // Encoded whole in memory first, so only a complete file ever replaces the old one.
+    QBuffer encoded;
+    encoded.open(QIODevice::WriteOnly);
+    QImageWriter writer(&encoded, QFileInfo(path).suffix().toLatin1());
+    if (!writer.write(image_)) return false;
+    const QByteArray& bytes = encoded.data();
+    return KxReplaceFile(path, bytes.constData(), static_cast<size_t>(bytes.size())) == 0;
 }
 
 void KxBlitSurface(QPainter& painter, TBitmap& surface, const QRect& r, bool opaque) {

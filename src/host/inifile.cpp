@@ -4,6 +4,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStringDecoder>
+#include <algorithm>
 #include <cerrno>
 
 #include "kx/host/format.h"
@@ -52,7 +54,17 @@ int readWhole(const QString& name, QByteArray& out) {
     if (info.size() > TIniFile::kMaxFileSize) return EFBIG;
     QFile f(name);
     if (!f.open(QIODevice::ReadOnly)) return EACCES;
-    out = f.read(TIniFile::kMaxFileSize + 1);
+    // In steps: QIODevice::read(n) allocates n bytes up front, which made every read of a
+    // small file cost a 16 MiB buffer. Reading on to one byte past the limit still
+    // catches a file that grew after the size check.
+    constexpr qint64 kStep = 64 * 1024;
+    out.clear();
+    while (out.size() <= TIniFile::kMaxFileSize) {
+        const QByteArray part =
+            f.read(std::min<qint64>(kStep, TIniFile::kMaxFileSize + 1 - out.size()));
+        if (part.isEmpty()) break;
+        out += part;
+    }
     if (f.error() != QFileDevice::NoError) return EIO;
     if (out.size() > TIniFile::kMaxFileSize) return EFBIG;
     return 0;
@@ -73,8 +85,12 @@ void TIniFile::SetText(const QByteArray& text) {
 }
 
 void TIniFile::parse(const QByteArray& bytes) {
-    QString text = QString::fromUtf8(bytes);
-    if (text.startsWith(QChar(0xFEFF))) text.remove(0, 1);
+    // One byte-order mark is skipped and written back; QString::fromUtf8 would skip a
+    // second one too, so that text after a run of marks changed on every save.
+    static const QByteArray kBom("\xEF\xBB\xBF");
+    bom_ = bytes.startsWith(kBom);
+    QStringDecoder decode(QStringConverter::Utf8, QStringConverter::Flag::ConvertInitialBom);
+    const QString text = decode(bom_ ? bytes.mid(kBom.size()) : bytes);
     crlf_ = text.contains(QStringLiteral("\r\n"));
     sections_.assign(1, TSection{});  // the lines before any section
     const QStringList lines = text.split(u'\n');
@@ -209,12 +225,13 @@ void TIniFile::DeleteKey(const QString& section, const QString& ident) {
 
 QByteArray TIniFile::Text() const {
     const QString eol = crlf_ ? QStringLiteral("\r\n") : QStringLiteral("\n");
-    QString out;
+    QString out = bom_ ? QString(QChar(0xFEFF)) : QString();
+    const qsizetype start = out.size();
     for (size_t i = 0; i < sections_.size(); ++i) {
         const TSection& s = sections_[i];
         if (i > 0) {
             // A new section after other text stands apart by one blank line.
-            if (s.header.isEmpty() && !out.isEmpty() && !out.endsWith(eol + eol)) out += eol;
+            if (s.header.isEmpty() && out.size() > start && !out.endsWith(eol + eol)) out += eol;
             out += (s.header.isEmpty() ? u'[' + s.name + u']' : s.header) + eol;
         }
         for (const TLine& l : s.lines)

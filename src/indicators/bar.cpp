@@ -73,8 +73,7 @@ int32_t TKxBar::MinimumHeight() const {
 void TKxBar::Paint() {
     if (UpdateCount() > 0) return;
     barSettings_->UnitText = SignalSettings()->ValueUnit();
-    if (width() < MinimumWidth() || height() < MinimumHeight())
-        SetBounds(x(), y(), std::max(width(), MinimumWidth()), std::max(height(), MinimumHeight()));
+    GrowToAtLeast(MinimumWidth(), MinimumHeight());
     TRect r = ClientRect();
     TCanvas& c = Canvas();
     bevelOuter_->PaintFilledBevel(c, r);

@@ -152,11 +152,10 @@ void TKxBarInstrument::CalcSize() {
     markerRoom_ = Saturate(int64_t(barAcross()) + 2 * int64_t(barSettings_->Bevel()->Spacing()));
     int32_t w = 0, h = 0;
     requiredSize(w, h);
-    if (autoSize_) {
-        if (width() != w || height() != h) SetBounds(x(), y(), w, h);
-    } else if (width() < w || height() < h) {
-        SetBounds(x(), y(), std::max(width(), w), std::max(height(), h));
-    }
+    if (autoSize_)
+        SetAutoSize(w, h);
+    else
+        GrowToAtLeast(w, h);
 }
 
 int32_t TKxBarInstrument::paintValueBox(const TRect& r) {

@@ -241,8 +241,7 @@ void TKxHMeter::CalcSize() {
     }
     w = std::max(w, outer + inner + s.ScaleMinLength);
     if (has(rUnit)) h += unitH_ / 2;
-    if (width() != Saturate(w) || height() != Saturate(h))
-        SetBounds(x(), y(), Saturate(w), Saturate(h));
+    SetAutoSize(w, h);
 }
 
 void TKxHMeter::DrawHSector(TCanvas& canvas, const TRect& s) {
@@ -379,8 +378,7 @@ void TKxVMeter::CalcSize() {
         h += valueH_ + vb + BevelOuter()->Spacing();
         w = std::max(w, outer + valueW_ + unitW_ + vb + 3 * e);
     }
-    if (width() != Saturate(w) || height() != Saturate(h))
-        SetBounds(x(), y(), Saturate(w), Saturate(h));
+    SetAutoSize(w, h);
 }
 
 void TKxVMeter::DrawVSector(TCanvas& canvas, const TRect& s) {

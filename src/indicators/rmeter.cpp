@@ -252,7 +252,7 @@ void TKxRMeter::CalcSize() {
         w = sat(w + 2 * side);
         h = sat(h + std::max<int64_t>(0, int64_t(e.Box.Bottom) - area.Bottom));
     }
-    if (width() != w || height() != h) SetBounds(x(), y(), w, h);
+    SetAutoSize(w, h);
 }
 
 int32_t TKxRMeter::naturalScaleWidth() {

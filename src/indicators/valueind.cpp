@@ -122,8 +122,7 @@ void TKxValueInd::CalcSize() {
         w = std::max(w, outer + names_.Name2W);
     }
     required_ = QSize(Saturate(w), Saturate(h));
-    if (autoSize_ && (width() != required_.width() || height() != required_.height()))
-        SetBounds(x(), y(), required_.width(), required_.height());
+    if (autoSize_) SetAutoSize(required_.width(), required_.height());
 }
 
 void TKxValueInd::Paint() {

@@ -1,5 +1,7 @@
 #include "kx/recorders/seconddisplay.h"
 
+#include <algorithm>
+
 #include "kx/blink/flashtimer.h"
 #include "kx/framework/accessible.h"
 #include "kx/recorders/trendaccessible.h"
@@ -60,7 +62,11 @@ void TKxSecondDisplay::Paint() {
     TCanvas& c = Canvas();
     bevelOuter_->PaintFilledBevel(c, r);
     bevelInner_->PaintFilledBevel(c, r);
-    textRect_ = r;
+    // A frame that grows outwards (negative spacing or offsets) must not make the text
+    // bitmap larger than the control: nothing outside it shows anyway.
+    const TRect client = ClientRect();
+    textRect_ = TRect{std::max(r.Left, client.Left), std::max(r.Top, client.Top),
+                      std::min(r.Right, client.Right), std::min(r.Bottom, client.Bottom)};
     PaintText();
 }
 

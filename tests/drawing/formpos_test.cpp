@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
 #include <QDialog>
 #include <QFile>
 #include <QGuiApplication>
@@ -9,10 +10,18 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QWidget>
+#include <algorithm>
+#include <chrono>
 #include <climits>
+#include <csignal>
+#include <cstdio>
+
+#include "common/killed_child.h"
 
 namespace kx {
 namespace {
+
+using namespace std::chrono_literals;
 
 const QRect kFullHd(0, 0, 1920, 1080);
 
@@ -156,7 +165,7 @@ TEST_F(FormPos, SavesTheClampedPositionAsEightLittleEndianBytes) {
     for (const Case& c : cases) {
         QWidget form;
         form.setGeometry(QRect(c.at, c.size));
-        KxSaveFormPos(&form);
+        EXPECT_EQ(KxSaveFormPos(&form), 0);
         EXPECT_EQ(stored("QWidget").toByteArray(), c.bytes) << c.at.x() << "," << c.at.y();
         EXPECT_EQ(form.pos(), c.at) << "saving never moves the form";
     }
@@ -224,7 +233,7 @@ TEST_F(FormPos, MissingEntryLeavesEvenAnOffScreenFormAlone) {
 }
 
 TEST_F(FormPos, NullFormAndNoStoreDoNothing) {
-    KxSaveFormPos(nullptr);
+    EXPECT_EQ(KxSaveFormPos(nullptr), int(QSettings::NoError));
     KxLoadFormPos(nullptr);
     EXPECT_EQ(opened_, 0);
     EXPECT_FALSE(QFile::exists(iniName()));
@@ -234,9 +243,90 @@ TEST_F(FormPos, NullFormAndNoStoreDoNothing) {
     QWidget form;
     form.setGeometry(33, 44, 100, 100);
     KxLoadFormPos(&form);
-    KxSaveFormPos(&form);
+    EXPECT_EQ(KxSaveFormPos(&form), int(QSettings::AccessError));  // not stored: a failure
     EXPECT_EQ(form.pos(), QPoint(33, 44));
     EXPECT_EQ(stored("QWidget").toByteArray(), Bytes({1, 0, 0, 0, 2, 0, 0, 0}));
+}
+
+// While it lives, writing a file beyond limit bytes fails with EFBIG, as on a full disk
+// (root included, unlike permission bits).
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t limit) {
+        ::getrlimit(RLIMIT_FSIZE, &saved_);
+        oldHandler_ = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit l = saved_;
+        l.rlim_cur = std::min(limit, saved_.rlim_max);
+        ::setrlimit(RLIMIT_FSIZE, &l);
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &saved_);
+        std::signal(SIGXFSZ, oldHandler_);
+    }
+
+  private:
+    rlimit saved_{};
+    void (*oldHandler_)(int) = nullptr;
+};
+
+TEST_F(FormPos, AFailedSaveIsReportedAndKeepsThePreviousStore) {
+    // A previous store of some size, so that the new one cannot be written whole.
+    for (int i = 0; i < 50; ++i)
+        store(qPrintable(QStringLiteral("Form%1").arg(i)), Bytes({1, 0, 0, 0, 2, 0, 0, 0}));
+    const QByteArray previous = test::ReadFileBytes(iniName());
+    ASSERT_GT(previous.size(), 1000);
+    QFile plain(dir_.filePath("plain"));
+    ASSERT_TRUE(plain.open(QIODevice::WriteOnly));
+    plain.close();
+
+    const struct {
+        const char* what;
+        QString store;
+        rlim_t sizeLimit;
+    } cases[] = {
+        {"disk full", iniName(), 100},
+        {"folder is a regular file", dir_.filePath("plain/sub/positions.ini"), RLIM_INFINITY},
+    };
+    for (const auto& c : cases) {
+        SetFormPosSettingsFactory(
+            [&] { return std::make_unique<QSettings>(c.store, QSettings::IniFormat); });
+        QWidget form;
+        form.setGeometry(70, 80, 100, 100);
+        int result = 0;
+        {
+            const FileSizeLimit limit(c.sizeLimit);
+            result = KxSaveFormPos(&form);
+        }
+        EXPECT_EQ(result, int(QSettings::AccessError)) << c.what;
+        EXPECT_EQ(test::ReadFileBytes(iniName()), previous) << c.what;
+        EXPECT_EQ(QDir(dir_.path()).entryList(QDir::Files | QDir::Hidden),
+                  QStringList({"plain", "positions.ini"}))
+            << c.what;
+    }
+}
+
+TEST(KilledWhileSaving, FormPositionsLeaveACompleteStore) {
+    const auto save = [](const QString& path, int variant) {
+        SetFormPosSettingsFactory(
+            [path] { return std::make_unique<QSettings>(path, QSettings::IniFormat); });
+        QWidget form;
+        form.setGeometry(10 + 20 * variant, 20, 100, 80);
+        KxSaveFormPos(&form);
+        SetFormPosSettingsFactory(nullptr);
+    };
+    const auto load = [](const QString& path) {
+        const QSettings ini(path, QSettings::IniFormat);
+        return ini.status() == QSettings::NoError
+                   ? ini.value("SOFTWARE/Kexano VCL/Data/QWidget/Position").toByteArray()
+                   : QByteArray();
+    };
+    QTemporaryDir dir;
+    ASSERT_TRUE(dir.isValid());
+    const test::TKillReport report = test::KillWhileSaving(
+        test::ReplacingWriter("formpos", "positions.ini", save, load), dir.path(), 2500ms);
+    EXPECT_GE(report.kills, 10);
+    EXPECT_TRUE(report.faults.isEmpty()) << report.faults.join('\n').toStdString();
+    std::printf("[ killed   ] formpos: %d kills\n", report.kills);
 }
 
 }  // namespace

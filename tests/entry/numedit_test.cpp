@@ -477,5 +477,30 @@ TEST_F(NumEdit, AnErrorInAShownEditTakesTheFocus) {
     EXPECT_EQ(window.focusWidget(), &other);
 }
 
+// Two edits in error: the one that takes the focus keeps it, the one that loses it shows
+// its own error without taking the focus back (they used to pass it to and fro until the
+// stack ran out).
+TEST_F(NumEdit, TwoEditsInErrorDoNotFightForTheFocus) {
+    QWidget window;
+    TKxNumEdit first(&window), second(&window);
+    second.move(0, 40);
+    first.Loaded();
+    second.Loaded();
+    window.show();
+    window.activateWindow();
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(window.isActiveWindow());  // focus events flow only in the active window
+    second.setFocus();
+    second.setText(QStringLiteral("2y"));
+    first.setText(QStringLiteral("1x"));
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(&first, &enter);
+    EXPECT_EQ(window.focusWidget(), &first);
+    EXPECT_EQ(first.State(), E::esError);
+    EXPECT_EQ(first.selectedText(), QStringLiteral("x"));
+    EXPECT_EQ(second.State(), E::esError);
+    EXPECT_EQ(second.selectedText(), QStringLiteral("y"));
+}
+
 }  // namespace
 }  // namespace kx

@@ -156,3 +156,40 @@ TEST(ControlFrame, VisibleUnlessExplicitlyHidden) {
 
 }  // namespace
 }  // namespace kx
+
+namespace kx {
+namespace {
+
+TEST(ControlFrame, AutoSizeIsCappedAndGrowingNeverShrinks) {
+    constexpr int64_t cap = TKxControl::kKxMaxAutoSize;
+    const struct {
+        const char* what;
+        bool grow;
+        int w, h;
+        int64_t askW, askH;
+        int expectW, expectH;
+    } cases[] = {
+        {"set: exact", false, 50, 50, 120, 30, 120, 30},
+        {"set: shrinks", false, 500, 500, 120, 30, 120, 30},
+        {"set: capped", false, 50, 50, int64_t(1) << 40, cap + 1, int(cap), int(cap)},
+        {"set: negative is 0", false, 50, 50, -5, 7, 0, 7},
+        {"grow: only the smaller side", true, 300, 10, 300, 40, 300, 40},
+        {"grow: keeps what is larger", true, 300, 10, 100, 40, 300, 40},
+        {"grow: to the cap at most", true, 10, 10, int64_t(1) << 40, 20, int(cap), 20},
+        {"grow: a larger control stays", true, 5000, 10, int64_t(1) << 40, 20, 5000, 20},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        ProbeControl control;
+        control.SetBounds(0, 0, c.w, c.h);
+        if (c.grow)
+            control.GrowToAtLeast(c.askW, c.askH);
+        else
+            control.SetAutoSize(c.askW, c.askH);
+        EXPECT_EQ(control.width(), c.expectW);
+        EXPECT_EQ(control.height(), c.expectH);
+    }
+}
+
+}  // namespace
+}  // namespace kx

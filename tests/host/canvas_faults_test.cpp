@@ -252,5 +252,30 @@ TEST(CanvasEdges, TextFarOffTheSurfaceDrawsNothing) {
     }
 }
 
+// A size whose pixels cannot be allocated leaves an empty bitmap that takes drawing and
+// copies without effect, and the bitmap recovers at the next size that fits.
+TEST(CanvasEdges, UnallocatableSizeLeavesAnEmptyBitmap) {
+    const struct {
+        int32_t Width, Height;
+    } cases[] = {{100000, 100000}, {INT_MAX, 2}, {INT_MAX, INT_MAX}};
+    for (const auto& size : cases) {
+        SCOPED_TRACE(testing::Message() << size.Width << "x" << size.Height);
+        TBitmap b(10, 10);
+        b.Canvas().Brush().SetColor(clRed);
+        b.Canvas().FillRect(TRect{0, 0, 10, 10});
+        b.SetSize(size.Width, size.Height);
+        EXPECT_TRUE(b.Empty());
+        EXPECT_EQ(b.Width(), size.Width);
+        b.Canvas().FillRect(TRect{0, 0, 50, 50});
+        b.Canvas().TextOut(0, 0, "text");
+        TBitmap target(20, 20);
+        target.Canvas().Draw(0, 0, b);
+        EXPECT_EQ(target.Pixel(5, 5), clWhite);
+        b.SetSize(4, 4);
+        ASSERT_FALSE(b.Empty());
+        EXPECT_EQ(b.Pixel(3, 3), clWhite);
+    }
+}
+
 }  // namespace
 }  // namespace kx

@@ -58,6 +58,8 @@ TEST_F(BarTest, PlainBarGrowsToItsMinimumAndNeverShrinks) {
         {"thick bevels", 3, 2, 12, 10, 10, 33, 26},
         {"large stays", 1, 5, 12, 200, 80, 200, 80},
         {"only too low", 1, 5, 12, 300, 5, 300, 28},
+        {"absurd minimum: grows to the cap only", 1, 5, 1 << 30, 10, 10, 39, 4096},
+        {"the cap does not shrink", 1, 5, 1 << 30, 10, 5000, 39, 5000},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);

@@ -185,5 +185,27 @@ TEST_F(Clock, DesignTimeHasNoHint) {
     EXPECT_TRUE(c_->Hint().isEmpty());
 }
 
+// Frames that grow outwards keep the text area (and its bitmap) inside the control: a
+// spacing of -20000 used to ask for a text bitmap of 40000 x 40000 pixels.
+TEST_F(Clock, AnOutwardFrameKeepsTheTextAreaInsideTheControl) {
+    const struct {
+        int32_t Spacing, OffsetLeft, OffsetTop;
+    } cases[] = {{-20000, 0, 0}, {0, -20000, 0}, {0, 0, INT32_MIN}, {-3, -3, -3}};
+    for (const auto& frame : cases) {
+        SCOPED_TRACE(testing::Message()
+                     << frame.Spacing << "," << frame.OffsetLeft << "," << frame.OffsetTop);
+        c_->Loaded();
+        c_->BevelOuter()->SetSpacing(frame.Spacing);
+        c_->BevelOuter()->Offset()->SetLeft(frame.OffsetLeft);
+        c_->BevelOuter()->Offset()->SetTop(frame.OffsetTop);
+        c_->PaintToSurface();
+        const TRect r = c_->TextRect();
+        EXPECT_GE(r.Left, 0);
+        EXPECT_GE(r.Top, 0);
+        EXPECT_LE(r.Right, c_->width());
+        EXPECT_LE(r.Bottom, c_->height());
+    }
+}
+
 }  // namespace
 }  // namespace kx

@@ -179,7 +179,8 @@ TEST(TrendFileFuzz, AnyFileLoadsItsWholeRecordsAndDraws) {
     QElapsedTimer clock;
     clock.start();
     int cases = 0;
-    for (; cases < 20000 && clock.elapsed() < 3000; ++cases) {
+    // At least 50 cases however slow the machine, then as many as 3 s allow.
+    for (; cases < 20000 && (cases < 50 || clock.elapsed() < 3000); ++cases) {
         SCOPED_TRACE(cases);
         if (source.pick(16) == 0) {
             trend.SetOptions(optionSets[source.pick(std::size(optionSets))]);
@@ -237,7 +238,6 @@ TEST(TrendFileFuzz, AnyFileLoadsItsWholeRecordsAndDraws) {
                 }
         }
     }
-    EXPECT_GT(cases, 50);
     RecordProperty("cases", cases);
 }
 

@@ -62,12 +62,20 @@ namespace kx {
 class TKxDial : public TKxFramedAdjuster {
     Q_OBJECT
   public:
-    enum TDialOption { opBevelOuter, opUnit, opValue, opName1, opName2, opScale, opScaleText };
+    enum TDialOption : int {
+        opBevelOuter,
+        opUnit,
+        opValue,
+        opName1,
+        opName2,
+        opScale,
+        opScaleText
+    };
     Q_ENUM(TDialOption)
     using TDialOptions = uint8_t;
     static constexpr TDialOptions DialOption(TDialOption o) { return TDialOptions(1u << o); }
     static constexpr TDialOptions kAllOptions = 127;
-    enum TDialPointer { dpRound, dpLine, dpTriangle };
+    enum TDialPointer : int { dpRound, dpLine, dpTriangle };
     Q_ENUM(TDialPointer)
 
   private:

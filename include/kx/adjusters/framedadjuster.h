@@ -30,7 +30,7 @@ class TKxFramedAdjuster : public TKxAnalogCControl {
     Q_PROPERTY(int Options READ Options WRITE setOptions)
   public:
     // The option bits every adjuster shares.
-    enum TFrameOption { foBevelOuter, foUnit, foValue, foName1, foName2 };
+    enum TFrameOption : int { foBevelOuter, foUnit, foValue, foName1, foName2 };
 
     // The settings setters copy the given object; null is ignored.
     TKxSBevel* BevelOuter() const { return bevelOuter_; }

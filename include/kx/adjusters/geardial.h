@@ -54,7 +54,7 @@ namespace kx {
 class TKxGearDial : public TKxFramedAdjuster {
     Q_OBJECT
   public:
-    enum TGearOption { opBevelOuter, opUnit, opValue, opName1, opName2, opTurns };
+    enum TGearOption : int { opBevelOuter, opUnit, opValue, opName1, opName2, opTurns };
     Q_ENUM(TGearOption)
     using TGearOptions = uint8_t;
     static constexpr TGearOptions GearOption(TGearOption o) { return TGearOptions(1u << o); }

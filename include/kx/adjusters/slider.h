@@ -62,7 +62,7 @@ namespace kx {
 class TKxSlider : public TKxFramedAdjuster {
     Q_OBJECT
   public:
-    enum TSliderOption {
+    enum TSliderOption : int {
         opBevelOuter,
         opUnit,
         opValue,

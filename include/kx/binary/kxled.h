@@ -47,7 +47,7 @@ namespace kx {
 class TKxLED : public TKxBinGControl {
     Q_OBJECT
   public:
-    enum TLEDPos { lpLeft, lpRight, lpTop, lpBottom };
+    enum TLEDPos : int { lpLeft, lpRight, lpTop, lpBottom };
     Q_ENUM(TLEDPos)
 
   private:

@@ -34,7 +34,7 @@ namespace kx {
 class TKxCustomSwitch : public TKxBinGControl {
     Q_OBJECT
   public:
-    enum TOrientation { orVertical, orHorizontal };
+    enum TOrientation : int { orVertical, orHorizontal };
     Q_ENUM(TOrientation)
 
   private:

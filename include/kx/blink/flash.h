@@ -22,7 +22,7 @@ class TKxFlash : public QObject {
     // Kept for compatibility of stored settings: the ticks run on the GUI thread,
     // so the priority is only stored (and restarts the ticks like any other
     // setting); it does not change how often or when the handler runs.
-    enum TThreadPriority {
+    enum TThreadPriority : int {
         tpIdle,
         tpLowest,
         tpLower,

@@ -32,7 +32,7 @@
 
 namespace kx {
 
-enum TFlashFreq { ff8Hz, ff4Hz, ff2Hz, ff1Hz, ff05Hz };
+enum TFlashFreq : int { ff8Hz, ff4Hz, ff2Hz, ff1Hz, ff05Hz };
 
 // Square-wave code of a blink frequency (ff8Hz → 2 … ff05Hz → 6).
 constexpr int64_t FlashFreqCode(TFlashFreq freq) {

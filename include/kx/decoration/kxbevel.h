@@ -29,7 +29,7 @@ class TKxCustomBevel : public TKxGraphicControl {
     Q_PROPERTY(kx::TKxSBevel* BevelOuter READ BevelOuter WRITE SetBevelOuter DESIGNABLE false)
     Q_PROPERTY(int Options READ Options WRITE setOptions)
   public:
-    enum TKxBevelOption { opBevelInner, opBevelOuter, opTranparent };
+    enum TKxBevelOption : int { opBevelInner, opBevelOuter, opTranparent };
     Q_ENUM(TKxBevelOption)
     using TKxBevelOptions = uint8_t;  // bit n = option n
     static constexpr TKxBevelOptions Option(TKxBevelOption o) { return TKxBevelOptions(1u << o); }

@@ -43,9 +43,9 @@ class TKxLabel : public TKxGraphicControl {
     Q_PROPERTY(QString DefaultText READ DefaultText WRITE setDefaultText)
     Q_PROPERTY(kx::TFont* Font READ Font WRITE SetFont DESIGNABLE false)
   public:
-    enum TPosH { phLeft, phRight, phCenter };
+    enum TPosH : int { phLeft, phRight, phCenter };
     Q_ENUM(TPosH)
-    enum TPosV { pvTop, pvBottom, pvCenter };
+    enum TPosV : int { pvTop, pvBottom, pvCenter };
     Q_ENUM(TPosV)
     static constexpr int kTexts = 32;
 

@@ -32,7 +32,7 @@ class TKxPanel : public TKxCustomControl {
     Q_PROPERTY(int Options READ Options WRITE setOptions)
     Q_PROPERTY(bool AutoSize READ AutoSize WRITE setAutoSize)
   public:
-    enum TKxPanelOption { opBevelInner, opBevelOuter };
+    enum TKxPanelOption : int { opBevelInner, opBevelOuter };
     Q_ENUM(TKxPanelOption)
     using TKxPanelOptions = uint8_t;  // bit n = option n
     static constexpr TKxPanelOptions Option(TKxPanelOption o) { return TKxPanelOptions(1u << o); }

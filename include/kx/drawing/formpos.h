@@ -44,10 +44,15 @@ namespace kx {
 // saturate.
 QPoint KxClampFormPos(QPoint p, QSize size, const QList<QRect>& screens, int primary);
 
-// Stores the form's position, clamped onto the application's screens. A null form, or a
-// settings factory that returns no store, does nothing. Failures of the store to write
-// are not reported (there is no one to tell; the form then opens where it would anyway).
-void KxSaveFormPos(QWidget* form);
+// Stores the form's position, clamped onto the application's screens, and writes the store
+// out. The result is a QSettings::Status: 0 (NoError) on success, AccessError (1) when the
+// store could not be written (a folder that cannot be created, a full disk, its lock held
+// elsewhere for 5 s), FormatError (2) when the existing store cannot be parsed (it is then
+// left alone). A null form does nothing and gives 0; a settings factory that returns no
+// store gives AccessError. An INI file store (the default one outside Windows and macOS)
+// is replaced crash-safely (KxReplaceFile, safefile.h) and only by a complete file that
+// reads back as written: a failed save, or a crash, leaves the previous store intact.
+int KxSaveFormPos(QWidget* form);
 
 // Moves the form to its stored position, clamped onto the application's screens, so a
 // position saved on a monitor that is gone comes back onto a visible one; the size is

@@ -52,6 +52,10 @@
 //  - The hexadecimal view of a negative integer is its 32-bit pattern ("FFFFFFFF").
 //  - An error shows at once: the edit repaints synchronously instead of processing all
 //    pending events, which could re-enter the handler.
+//  - An edit in error takes the focus when it is shown and does not have it. The edit that
+//    loses the focus to it checks its own entry on the way out; an error there is shown
+//    (state, colour, selection) without taking the focus back, so two edits in error
+//    never pass the focus to and fro: the first keeps it.
 //  - OnChange is the edit's change handler: it fires for changes the operator makes
 //    (typing, pasting, undo) and after each step, not when the edit shows a value.
 //  - Loaded() ends the loading phase; it runs by itself on the first polish.
@@ -71,15 +75,15 @@ namespace kx {
 class TKxNumEdit : public QLineEdit {
     Q_OBJECT
   public:
-    enum TEditBase { ebBin, ebHex, ebFloat, ebInt };
+    enum TEditBase : int { ebBin, ebHex, ebFloat, ebInt };
     Q_ENUM(TEditBase)
-    enum TNumEditOption { eoLimitMax, eoLimitMin, eoMultiply };
+    enum TNumEditOption : int { eoLimitMax, eoLimitMin, eoMultiply };
     Q_ENUM(TNumEditOption)
     using TNumEditOptions = uint8_t;
     static constexpr TNumEditOptions NumEditOption(TNumEditOption o) {
         return TNumEditOptions(1u << o);
     }
-    enum TNumEditState { esNormal, esEditing, esError };
+    enum TNumEditState : int { esNormal, esEditing, esError };
     Q_ENUM(TNumEditState)
 
     // An entry read: valid, or the first and last offending character (0-based, in the

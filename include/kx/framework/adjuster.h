@@ -74,7 +74,7 @@ class TKxAnalogCControl : public TKxCustomControl {
     Q_PROPERTY(int EnabledKeys READ EnabledKeys WRITE setEnabledKeys)
     Q_PROPERTY(kx::TFont* Font READ Font WRITE SetFont DESIGNABLE false)
   public:
-    enum TEnabledKey {
+    enum TEnabledKey : int {
         _VK_PRIOR,
         _VK_NEXT,
         _VK_END,

@@ -60,7 +60,7 @@
 
 namespace kx {
 
-enum THintOption {
+enum THintOption : int {
     hoAutoHint,
     hoValue,
     hoName1,
@@ -247,7 +247,10 @@ class TKxAnalogGControl : public TKxGraphicControl {
     void OnSectorChange(QObject* sender, bool Sector1, bool Sector2, bool Sector3, bool Enter);
     void OnSettingsChange(QObject* sender);
     // Handlers run inside the setter; one that wants to delete the control uses
-    // deleteLater(), since the evaluation goes on after most events.
+    // deleteLater(), since the evaluation goes on after most events. A full paint of a bar,
+    // meter or readout evaluates the reading again, so these events may also fire inside
+    // a paint event: handlers must not delete or reparent widgets directly there (Qt is
+    // painting the window's widgets at that moment); deleteLater() is always safe.
     void OnValueChange(QObject* sender);
     void OnLimit(QObject* sender, bool Lower, bool Upper);
 

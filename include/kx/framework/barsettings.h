@@ -69,7 +69,7 @@ class TBarSettings : public TKxPersistent {
     enum TBarStyle : int32_t { bsBar, bsLED_Bar, bsPoint, bsMultiColor };
     Q_ENUM(TBarStyle)
     // Class-scoped: other instruments have options of these names with other bits.
-    enum TBarOption { opValue, opUnit, opUseSectorCol, opBidir };
+    enum TBarOption : int { opValue, opUnit, opUseSectorCol, opBidir };
     // A set of TBarOption as bits (bit n = option n).
     using TBarOptions = uint8_t;
     static constexpr TBarOptions BarOption(TBarOption o) { return TBarOptions(1u << o); }

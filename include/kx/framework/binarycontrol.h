@@ -72,7 +72,7 @@ namespace kx {
 class TKxBinGControl : public TKxGraphicControl {
     Q_OBJECT
   public:
-    enum TMode { mButton, mSwitch, mIndicator, mRadioButton };
+    enum TMode : int { mButton, mSwitch, mIndicator, mRadioButton };
     Q_ENUM(TMode)
 
   private:

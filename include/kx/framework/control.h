@@ -91,6 +91,15 @@ class TKxControl : public QWidget, public TKxFlashClient {
     bool Visible() const;
     // Moves and sizes the control; a new size becomes its size hint for layouts.
     void SetBounds(int32_t left, int32_t top, int32_t width, int32_t height);
+    // Sizes the control to what an auto-size rule computed, at most kKxMaxAutoSize pixels
+    // a side (and at least 0), so absurd texts, fonts or minimum settings cannot make a
+    // control allocate a surface of gigabytes; an application may still size a control
+    // larger with SetBounds. Does nothing when the size is already that.
+    static constexpr int64_t kKxMaxAutoSize = 4096;
+    void SetAutoSize(int64_t width, int64_t height);
+    // Grows each side that is smaller than asked to that size, at most kKxMaxAutoSize;
+    // never shrinks.
+    void GrowToAtLeast(int64_t width, int64_t height);
     QSize sizeHint() const override { return size(); }
     TRect ClientRect() const { return TRect{0, 0, width(), height()}; }
 

@@ -20,9 +20,9 @@ namespace kx {
 class TKxSBevel : public TKxPersistent {
     Q_OBJECT
   public:
-    enum TBevelStyle { bsLowered, bsRaised };
+    enum TBevelStyle : int { bsLowered, bsRaised };
     Q_ENUM(TBevelStyle)
-    enum TBevelLine { blNone, blOuter, blInner, blBoth };
+    enum TBevelLine : int { blNone, blOuter, blInner, blBoth };
     Q_ENUM(TBevelLine)
 
   private:

@@ -93,7 +93,7 @@ class TKxTimerSpeedBtn : public QAbstractButton, public TKxFlashClient {
     // Set by the Designer plugin; a button being designed does not repeat.
     Q_PROPERTY(bool Designing READ Designing WRITE SetDesigning DESIGNABLE false STORED false)
   public:
-    enum TArrowGlyph { agNone, agUp, agDown };
+    enum TArrowGlyph : int { agNone, agUp, agDown };
     Q_ENUM(TArrowGlyph)
 
     static constexpr int32_t kMinInterval = 50;

@@ -29,7 +29,9 @@ class TBitmap {
     int32_t Width() const { return width_; }
     int32_t Height() const { return height_; }
     bool Empty() const { return image_.isNull(); }
-    // Negative sizes are taken as 0; the content is kept where it still fits.
+    // Negative sizes are taken as 0; the content is kept where it still fits. A size whose
+    // pixels cannot be had (beyond QImage's limits, or no memory) keeps the logical size
+    // but leaves the bitmap Empty(): its content is gone and drawing on it does nothing.
     void SetSize(int32_t width, int32_t height);
     void SetWidth(int32_t w) { SetSize(w, Height()); }
     void SetHeight(int32_t h) { SetSize(Width(), h); }
@@ -56,6 +58,9 @@ class TBitmap {
     // device ratio, where logical columns are whole device columns: false (and nothing
     // moved) otherwise, or for columns outside 1..Width() - 1.
     bool ShiftLeft(int32_t columns);
+    // Writes the image in the format the file name's suffix names (png, bmp, jpg, ...),
+    // crash-safely (KxReplaceFile, safefile.h). False, with the old file left as it was,
+    // for an empty bitmap, a suffix no image writer knows, or a file step that failed.
     bool SaveToFile(const QString& path) const;
 
   private:

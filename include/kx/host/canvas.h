@@ -89,7 +89,7 @@ struct TSpan;
 struct TWindow;
 }  // namespace raster
 
-enum TCopyMode {
+enum TCopyMode : int {
     cmSrcCopy,
     cmSrcInvert,
     cmSrcAnd,

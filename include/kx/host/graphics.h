@@ -15,8 +15,8 @@
 
 namespace kx {
 
-enum TPenStyle { psSolid, psDash, psDot, psDashDot, psDashDotDot, psClear, psInsideFrame };
-enum TPenMode {
+enum TPenStyle : int { psSolid, psDash, psDot, psDashDot, psDashDotDot, psClear, psInsideFrame };
+enum TPenMode : int {
     pmBlack,
     pmWhite,
     pmNop,
@@ -34,7 +34,7 @@ enum TPenMode {
     pmXor,
     pmNotXor
 };
-enum TBrushStyle {
+enum TBrushStyle : int {
     bsSolid,
     bsClear,
     bsHorizontal,

@@ -7,9 +7,10 @@
 // tools read and write would not survive a round trip. This class keeps the classic
 // layout and every line it does not change.
 //
-// Reading (at construction): the file is read as UTF-8 (a byte-order mark is skipped),
-// lines end at LF with an optional CR. "[name]" opens a section (blanks around the name
-// are ignored; text after "]" is ignored); "key=value" is an entry, with the blanks
+// Reading (at construction): the file is read as UTF-8 (a byte-order mark is skipped and
+// written back; a second one is text of the first line), lines end at LF with an optional
+// CR. "[name]" opens a section (blanks around the name are ignored; text after "]" is
+// ignored); "key=value" is an entry, with the blanks
 // around key and value removed and one pair of matching quotes ("..." or '...') around
 // the value taken away. Every other line (comments, blank lines, lines without "=") is
 // kept as it stands and written back unchanged. Names compare without regard to case;
@@ -93,6 +94,7 @@ class TIniFile {
     int readError_ = 0;
     bool modified_ = false;
     bool crlf_ = false;
+    bool bom_ = false;
 };
 
 // The directory of the running executable, with a trailing "/", taken once (the current

@@ -10,7 +10,9 @@
 // Size: a control lower than 2 x (bar bevel + outer bevel) + BarSettings.minHeight or
 // narrower than 2 x outer bevel + BarSettings.minWidth grows to that size at the next
 // paint (the bar's own bevel counts only in the height, as in the classic bar); it never
-// shrinks.
+// shrinks. It grows by itself to at most kKxMaxAutoSize pixels a side, so absurd
+// minimum settings cannot make it allocate a surface of gigabytes; an application may
+// still size it larger.
 //
 // Choices where the classic behaviour is silent:
 //  - The bar colour is the colour of the sector the reading lies in when

@@ -64,7 +64,15 @@ class TKxBarInstrument : public TKxAnalogGControl {
     Q_PROPERTY(kx::TKxSBevel* BevelValue READ BevelValue WRITE SetBevelValue DESIGNABLE false)
     Q_PROPERTY(int Options READ Options WRITE setOptions)
   public:
-    enum THBarOption { opBevelInner, opBevelOuter, opValue, opName1, opName2, opOverflow, opUnit };
+    enum THBarOption : int {
+        opBevelInner,
+        opBevelOuter,
+        opValue,
+        opName1,
+        opName2,
+        opOverflow,
+        opUnit
+    };
     using TVBarOption = THBarOption;
     // A set of options as bits (bit n = option n).
     using THBarOptions = uint8_t;

@@ -158,7 +158,7 @@ class TKxFlexMeter : public TKxAnalogGControl {
     Q_PROPERTY(QColor PointerColor READ pointerColor WRITE setPointerColor)
     Q_PROPERTY(kx::TKxValInd* ValInd READ ValInd WRITE SetValInd DESIGNABLE false)
   public:
-    enum TFlexMeterOption {
+    enum TFlexMeterOption : int {
         opBevelInner,
         opBevelOuter,
         opUnit,

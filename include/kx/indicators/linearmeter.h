@@ -120,7 +120,7 @@ class TKxLinearMeter : public TKxAnalogGControl {
 
   protected:
     // The roles of the options; each meter maps them to its own bits.
-    enum TRole {
+    enum TRole : int {
         rBevelInner,
         rBevelOuter,
         rUnit,
@@ -190,7 +190,7 @@ class TKxHMeter : public TKxLinearMeter {
     Q_OBJECT
     Q_PROPERTY(kx::TFont* FontUnit READ FontUnit WRITE SetFontUnit DESIGNABLE false)
   public:
-    enum THMeterOption {
+    enum THMeterOption : int {
         opBevelInner,
         opBevelOuter,
         opUnit,
@@ -234,7 +234,7 @@ class TKxVMeter : public TKxLinearMeter {
     Q_PROPERTY(kx::TFont* FontValue READ FontValue WRITE SetFontValue DESIGNABLE false)
     Q_PROPERTY(kx::TKxSBevel* BevelValue READ BevelValue WRITE SetBevelValue DESIGNABLE false)
   public:
-    enum TKxVMeterOption {
+    enum TKxVMeterOption : int {
         opBevelInner,
         opBevelOuter,
         opValue,

@@ -64,8 +64,8 @@
 
 namespace kx {
 
-enum TMeterType { Kx360Meter, Kx270Meter, Kx180Meter, Kx120Meter };
-enum TRMeterOption {
+enum TMeterType : int { Kx360Meter, Kx270Meter, Kx180Meter, Kx120Meter };
+enum TRMeterOption : int {
     opBevelInner,
     opBevelOuter,
     opName1,

@@ -124,7 +124,7 @@ class TKxTank : public TKxAnalogGControl {
   public:
     enum TTankShape : int32_t { tsCylinder, tsRectangular };
     Q_ENUM(TTankShape)
-    enum TTankOption {
+    enum TTankOption : int {
         opBevelInner,
         opBevelOuter,
         opName1,

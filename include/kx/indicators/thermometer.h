@@ -90,7 +90,7 @@ class TKxThermometer : public TKxAnalogGControl {
     Q_PROPERTY(kx::TScaleSettings* ScaleSettings READ ScaleSettings WRITE SetScaleSettings
                    DESIGNABLE false)
   public:
-    enum TThermometerOption {
+    enum TThermometerOption : int {
         opBevelInner,
         opBevelOuter,
         opUnit,

@@ -75,7 +75,7 @@ class TKxValueInd : public TKxAnalogGControl {
     Q_PROPERTY(kx::TFont* FontUnit READ FontUnit WRITE SetFontUnit DESIGNABLE false)
     Q_PROPERTY(int Options READ Options WRITE setOptions)
   public:
-    enum TValueIndOption {
+    enum TValueIndOption : int {
         opBevelInner,
         opBevelOuter,
         opUnit,

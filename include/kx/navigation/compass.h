@@ -143,7 +143,7 @@ class TKxCompass : public TKxAnalogGControl {
     Q_PROPERTY(kx::TScaleSettings* ScaleSettings READ ScaleSettings WRITE SetScaleSettings
                    DESIGNABLE false)
   public:
-    enum TCompassOption {
+    enum TCompassOption : int {
         opBevelInner,
         opBevelOuter,
         opName1,

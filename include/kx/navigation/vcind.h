@@ -150,7 +150,7 @@ class TKxVCInd : public TKxAnalogGControl {
     Q_PROPERTY(
         kx::TSignalSettings* RollSettings READ RollSettings WRITE SetRollSettings DESIGNABLE false)
   public:
-    enum TVCIndOption {
+    enum TVCIndOption : int {
         opBevelInner,
         opBevelOuter,
         opName1,

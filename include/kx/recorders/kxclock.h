@@ -27,7 +27,7 @@ class TKxClock : public TKxSecondDisplay {
     Q_PROPERTY(TClockOption ClockOption READ ClockOption WRITE setClockOption)
     Q_PROPERTY(bool AutoHint READ AutoHint WRITE setAutoHint)
   public:
-    enum TClockOption { coDate, coTime, coDateTime };
+    enum TClockOption : int { coDate, coTime, coDateTime };
     Q_ENUM(TClockOption)
 
     explicit TKxClock(QWidget* parent = nullptr);

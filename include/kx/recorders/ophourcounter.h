@@ -108,11 +108,11 @@ class TKxOpHourCounter : public TKxSecondDisplay {
     Q_PROPERTY(kx::TIniSettings* IniSettings READ IniSettings WRITE SetIniSettings DESIGNABLE false)
     Q_PROPERTY(int SaveInterval READ SaveInterval WRITE setSaveInterval)
   public:
-    enum TOpHrOption { opResetOnLimit, opStopOnLimit, opPresetOnZero };
+    enum TOpHrOption : int { opResetOnLimit, opStopOnLimit, opPresetOnZero };
     Q_ENUM(TOpHrOption)
     using TOpHrOptions = uint8_t;  // bit n = option n
     static constexpr TOpHrOptions Option(TOpHrOption o) { return TOpHrOptions(1u << o); }
-    enum TOpHrIndicate { oiHour, oiHourMin, oiHourMinSec };
+    enum TOpHrIndicate : int { oiHour, oiHourMin, oiHourMinSec };
     Q_ENUM(TOpHrIndicate)
 
     explicit TKxOpHourCounter(QWidget* parent = nullptr);

@@ -64,7 +64,7 @@ class QRectF;
 
 namespace kx {
 
-enum TPrintOrientation { poPortrait, poLandscape };
+enum TPrintOrientation : int { poPortrait, poLandscape };
 
 class TKxPrintTrend : public TKxGraphicControl {
     Q_OBJECT

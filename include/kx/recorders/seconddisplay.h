@@ -10,7 +10,9 @@
 // than the area is cut at its edges instead of running over the frame. Where the text
 // stands inside the area is the descendant's (TextPosition). Paint covers every pixel of
 // the control (the outer bevel fills it first), so the control paints opaquely and Qt
-// never repaints what lies behind it.
+// never repaints what lies behind it. TextRect never reaches beyond the control, even
+// when negative spacings or offsets make the frame grow outwards, so the text bitmap is
+// at most the control's size.
 //
 // Defaults: BevelOuter raised, width 1, spacing 1, no lines; BevelInner lowered, width
 // 1, spacing 0, no lines; Font face "System".

@@ -101,7 +101,7 @@
 
 namespace kx {
 
-enum TTrendOption {
+enum TTrendOption : int {
     opCaption,
     opGrid,
     opCursorOnRec,

@@ -1,0 +1,124 @@
+#include "componentsoak.h"
+
+#include <QHash>
+#include <QPointer>
+#include <algorithm>
+
+#include "rssprobe.h"
+#include "surfaceexerciser.h"
+
+namespace kxsoak {
+
+TComponentSoak::TComponentSoak(const kx::TKxCatalogueEntry& entry, TFeeder& feeder,
+                               TBlinkDriver& blink, uint64_t seed, int64_t readings,
+                               int64_t churnEvery)
+    : entry_(entry),
+      feeder_(feeder),
+      blink_(blink),
+      readings_(readings),
+      churnEvery_(churnEvery),
+      pool_(seed ^ qHash(entry.ClassName)),
+      fuzzer_(pool_),
+      hub_(pool_, [this] { return stage_ ? stage_->Components() : std::vector<QWidget*>{}; }),
+      context_{pool_, blink_, hub_} {
+    // Short runs delete often enough to matter; long ones about twice per thousand
+    // signals.
+    hub_.SetRate(int(std::clamp<int64_t>(readings / 5, 20, 500)));
+}
+
+TSoakResult TComponentSoak::Run() {
+    QElapsedTimer clock;
+    clock.start();
+    stage_.emplace(entry_, [this](QWidget* component) {
+        feeder_.Prepare(component);
+        hub_.Watch(component);
+    });
+    const int64_t warmUp = std::max<int64_t>(1, readings_ / 10);
+    TSoakResult result;
+    for (int64_t i = 0; i < warmUp; ++i)
+        step(i);
+    result.WarmKiB = settleAndMeasure();
+    for (int64_t i = warmUp; i < readings_; ++i)
+        step(i);
+    result.EndKiB = settleAndMeasure();
+    stage_.reset();
+    Pump();
+
+    result.ClassName = entry_.ClassName;
+    result.Readings = readings_;
+    result.Signals = hub_.Signals();
+    result.Deletions = hub_.Deletions();
+    result.Recreated = recreated_;
+    result.GrowthKiBPerMillion =
+        double(result.EndKiB - result.WarmKiB) * 1e6 / double(readings_ - warmUp);
+    result.Seconds = double(clock.nsecsElapsed()) / 1e9;
+    return result;
+}
+
+int64_t TComponentSoak::period(int64_t steps) const {
+    return std::max<int64_t>(1, std::min(steps, readings_ / 8));
+}
+
+QWidget* TComponentSoak::anyComponent() {
+    const std::vector<QWidget*> all = stage_->Components();
+    if (all.empty()) return nullptr;
+    return all[size_t(pool_.Between(0, int(all.size()) - 1))];
+}
+
+void TComponentSoak::step(int64_t i) {
+    recreated_ += stage_->Refill();
+    context_.Step = i;
+    feedOne(i);
+    blink_.Tick();
+    if (i % period(churnEvery_) == 0) {
+        if (QWidget* target = pool_.OneIn(4) ? anyComponent() : stage_->Subject()) {
+            fuzzer_.ChangeOne(target);
+        }
+    }
+    if (i % period(61) == 0) Pump();
+    exercise(i);
+}
+
+void TComponentSoak::feedOne(int64_t i) {
+    // Mostly the subject; every third reading one of its siblings, so that groups and
+    // shared words see traffic from both sides.
+    QWidget* target = i % 3 == 2 ? anyComponent() : stage_->Subject();
+    if (target) feeder_.Feed(target, context_);
+}
+
+void TComponentSoak::exercise(int64_t i) {
+    if (i % period(6 * churnEvery_) == 0) {
+        // Deferred deletions first: a burst of posted readings needs a live subject.
+        Pump();
+        recreated_ += stage_->Refill();
+        if (QWidget* subject = stage_->Subject()) feeder_.Reshape(subject, context_);
+    }
+    if (i % period(251) == 0) {
+        ResizeRandom(*stage_, pool_);
+        if (pool_.OneIn(2)) Flicker(*stage_, pool_);
+        PaintNow(*stage_, pool_);
+    }
+    if (i % period(5003) == 0 && stage_->Subject()) fuzzer_.SweepEnumsAndBools(stage_->Subject());
+    // Huge sizes: once in the warm-up, then every 200 000 readings; 4000x4000 only in
+    // runs of 1000 readings or more.
+    if (i == readings_ / 20 || (i > 0 && i % 200000 == 0)) {
+        ResizeHuge(*stage_, pool_, readings_ >= 1000);
+        PaintNow(*stage_, pool_);
+        ResizeRandom(*stage_, pool_);
+    }
+}
+
+int64_t TComponentSoak::settleAndMeasure() {
+    Pump();
+    recreated_ += stage_->Refill();
+    stage_->Normalize();
+    for (QWidget* component : stage_->Components())
+        feeder_.Settle(component);
+    Pump();
+    if (QWidget* subject = stage_->Subject()) subject->grab();
+    Pump();
+    ReleaseFreeHeap();
+    return ResidentKiB();
+}
+
+}  // namespace kxsoak

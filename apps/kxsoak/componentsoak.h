@@ -1,0 +1,60 @@
+#pragma once
+// One component class soaked: readings, property changes, sizes, paints, blink ticks and
+// deletions from its own handlers, with the resident memory taken after a warm-up (the
+// first tenth of the readings, which fills fonts, glyph and pixmap caches) and at the end.
+#include <QElapsedTimer>
+#include <QString>
+#include <cstdint>
+#include <optional>
+
+#include "blinkdriver.h"
+#include "chaoshub.h"
+#include "feeder.h"
+#include "propertyfuzzer.h"
+#include "stage.h"
+#include "valuepool.h"
+
+namespace kxsoak {
+
+struct TSoakResult {
+    QString ClassName;
+    int64_t Readings = 0;
+    int64_t Signals = 0;
+    int64_t Deletions = 0;  // by handlers
+    int64_t Recreated = 0;
+    int64_t WarmKiB = 0;  // resident after the warm-up
+    int64_t EndKiB = 0;
+    double GrowthKiBPerMillion = 0;  // (end - warm) scaled to 10^6 readings
+    double Seconds = 0;
+};
+
+class TComponentSoak {
+  public:
+    TComponentSoak(const kx::TKxCatalogueEntry& entry, TFeeder& feeder, TBlinkDriver& blink,
+                   uint64_t seed, int64_t readings, int64_t churnEvery = 16);
+    TSoakResult Run();
+
+  private:
+    void step(int64_t i);
+    void feedOne(int64_t i);
+    void exercise(int64_t i);
+    // Brings the stage to its measuring state and returns the resident size.
+    int64_t settleAndMeasure();
+    // Every period steps, but at least eight times per run however short it is.
+    int64_t period(int64_t steps) const;
+    QWidget* anyComponent();
+
+    const kx::TKxCatalogueEntry& entry_;
+    TFeeder& feeder_;
+    TBlinkDriver& blink_;
+    int64_t readings_;
+    int64_t churnEvery_;
+    TValuePool pool_;
+    TPropertyFuzzer fuzzer_;
+    TChaosHub hub_;
+    TFeedContext context_;
+    std::optional<TSoakStage> stage_;
+    int64_t recreated_ = 0;
+};
+
+}  // namespace kxsoak

@@ -1,0 +1,18 @@
+#pragma once
+// Resident memory of this process, as the kernel counts it.
+#include <cstdint>
+
+namespace kxsoak {
+
+// Resident set size in KiB (from /proc/self/statm); 0 where it cannot be read.
+int64_t ResidentKiB();
+// Peak resident set size in KiB (getrusage); 0 where it cannot be read.
+int64_t PeakResidentKiB();
+// Hands freed heap memory back to the system, so that the resident size counts live
+// memory rather than what the allocator keeps for later (a no-op outside glibc).
+void ReleaseFreeHeap();
+// Makes large blocks always come from mmap, so freeing a big image returns it at once
+// instead of leaving a hole in the heap (glibc raises that threshold by itself otherwise).
+void PinLargeBlocksToMmap();
+
+}  // namespace kxsoak
