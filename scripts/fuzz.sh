@@ -12,7 +12,7 @@ cd "$(dirname "$0")/.."
 ROOT=$PWD
 TIME=${1:-60}
 BUILD_DIR=${BUILD_DIR:-build-fuzz}
-ALL="formatfloat strtonum format numedit trendfile inifile canvasscript kxlabel"
+ALL="formatfloat strtonum format numedit trendfile inifile canvasscript kxlabel bindings"
 TARGETS=${FUZZ_TARGETS:-$ALL}
 ARTIFACTS=${FUZZ_ARTIFACTS:-$BUILD_DIR/fuzz-artifacts}
 
@@ -31,7 +31,7 @@ if [ ! -f "$BUILD_DIR/CMakeCache.txt" ]; then
     launcher=()
     command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
     cmake -S . -B "$BUILD_DIR" -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-          -DKX_SANITIZE=ON -DKX_BUILD_FUZZ=ON -DKX_BUILD_TESTS=OFF -DKX_BUILD_APPS=OFF \
+          -DKX_SANITIZE=ON -DKX_BUILD_FUZZ=ON -DKX_BUILD_TESTS=OFF -DKX_BUILD_APPS=ON \
           -DKX_BUILD_BENCH=OFF -DKX_BUILD_DESIGNER=OFF "${launcher[@]}" >/dev/null
 elif ! grep -q '^KX_BUILD_FUZZ:BOOL=ON' "$BUILD_DIR/CMakeCache.txt"; then
     cmake -B "$BUILD_DIR" -DKX_BUILD_FUZZ=ON >/dev/null

@@ -94,9 +94,14 @@ void Binder::Bind(const BindingsFile& file, const QMap<QString, Source*>& source
     QSet<Source*> used;
     for (const Binding& b : bindings_)
         used.insert(b.From);
-    for (Source* s : used)
+    for (Source* s : used) {
         connect(s, &Source::valueArrived, this,
                 [this, s](const QString& a, const SourceValue& v) { onValue(s, a, v); });
+        // A write the source sent and the server rejected later.
+        connect(s, &Source::writeFailed, this, [this, s](const QString& a, const QString& m) {
+            emit writeFailed(QStringLiteral("write to %1 %2 failed: %3").arg(s->Name(), a, m));
+        });
+    }
     for (auto it = byWidget_.begin(); it != byWidget_.end(); ++it)
         connectAlarms(const_cast<QWidget*>(it.key()));
     staleTimer_.start();

@@ -19,8 +19,10 @@
 // Write-back (write: true): adjusters write on OnValueChanged, once per finished change,
 // never for each drag step; binary controls write when the operator changed Checked or
 // StatusInt (changes the binder makes itself are not written back). The value goes
-// through the inverse scaling; a write the source refuses is reported through writeFailed
-// and not retried. While the operator is still moving an adjuster, values arriving for it
+// through the inverse scaling; a write the source refuses at once ("bindings[2]: write to
+// plc holding:20 failed: refused by the source") or reports as failed later ("write to plc
+// holding:20 failed: <the server's answer>") is reported through writeFailed and not
+// retried. While the operator is still moving an adjuster, values arriving for it
 // are held back so that it does not jump under the hand; the newest is applied once the
 // change is finished.
 //

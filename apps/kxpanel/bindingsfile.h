@@ -52,8 +52,8 @@
 //              topics (required): name -> "topic" (plain number payload) or { topic,
 //              pointer: a JSON pointer ("/a/0/b") into a JSON payload, write_topic: where
 //              write-back publishes }. Addresses are topic names.
-//   Modbus and MQTT are read and checked completely; a build without them reports them when
-//   the panel starts.
+//   Modbus and MQTT are read and checked completely; a build without Qt SerialBus or
+//   libmosquitto reports the missing one when the panel starts (sourcefactory.h).
 // Bindings:
 //   target          "Widget.Property" (Value, StatusInt, Checked, any writable property of
 //                   a numeric or bool type) or "Widget.Channel[n]", a trend channel (1..8)

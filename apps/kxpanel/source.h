@@ -8,7 +8,7 @@
 // them (a register, two registers for 32-bit types, 0/1 for a coil); Scaling turns both
 // into the bound engineering value.
 //
-// Contract for implementations (simulator and in-process now, Modbus TCP and MQTT later):
+// Contract for implementations (simulator, in-process, Modbus TCP, MQTT):
 //  - Watch() is called for every bound address before Start(); a source may poll only
 //    those. words is the number of registers the binding's type needs (1 or 2).
 //  - Start() never blocks; connecting happens in the event loop, and a source that cannot

@@ -1,6 +1,12 @@
 #include "sourcefactory.h"
 
 #include "simulatorsource.h"
+#ifdef KX_PANEL_MODBUS
+#include "modbussource.h"
+#endif
+#ifdef KX_PANEL_MQTT
+#include "mqttsource.h"
+#endif
 
 namespace kx::panel {
 
@@ -9,8 +15,17 @@ std::unique_ptr<Source> CreateSource(const SourceConfig& config, QString* error)
         case SourceConfig::Type::Simulator:
             return std::make_unique<SimulatorSource>(config.Name, config.RateHz, config.Signals);
         case SourceConfig::Type::Modbus:
-        case SourceConfig::Type::Mqtt:
+#ifdef KX_PANEL_MODBUS
+            return std::make_unique<ModbusSource>(config);
+#else
             break;
+#endif
+        case SourceConfig::Type::Mqtt:
+#ifdef KX_PANEL_MQTT
+            return std::make_unique<MqttSource>(config);
+#else
+            break;
+#endif
     }
     if (error) {
         const char* type = config.Kind == SourceConfig::Type::Modbus ? "modbus" : "mqtt";

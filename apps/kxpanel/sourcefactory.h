@@ -1,7 +1,8 @@
 #pragma once
-// Makes the source a bindings file describes. This build has the simulator; Modbus TCP
-// and MQTT sources are read and checked by the parser but give no source here: the
-// factory returns null with "sources.NAME: type \"modbus\" is not available in this build".
+// Makes the source a bindings file describes: the simulator always, Modbus TCP where Qt
+// SerialBus was found at build time, MQTT where libmosquitto was. For a type the build
+// lacks the factory returns null with "sources.NAME: type \"modbus\" is not available in
+// this build".
 #include <QString>
 #include <memory>
 

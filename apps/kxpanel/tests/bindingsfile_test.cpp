@@ -200,11 +200,14 @@ TEST(BindingsFile, ErrorListIsBounded) {
     EXPECT_EQ(r.Errors.size(), kMaxErrors);
 }
 
-TEST(BindingsFile, ExampleFileParses) {
-    const BindingsParseResult r =
-        ReadBindingsFile(QStringLiteral(KX_PANEL_EXAMPLES "/boiler-house.sim.json"));
-    ASSERT_TRUE(r.File) << r.Errors.join('\n').toStdString();
-    EXPECT_TRUE(r.Warnings.isEmpty()) << r.Warnings.join('\n').toStdString();
+TEST(BindingsFile, ExampleFilesParse) {
+    for (const char* name : {"sim", "modbus", "mqtt"}) {
+        const BindingsParseResult r =
+            ReadBindingsFile(QStringLiteral(KX_PANEL_EXAMPLES "/boiler-house.%1.json").arg(name));
+        ASSERT_TRUE(r.File) << name << ": " << r.Errors.join('\n').toStdString();
+        EXPECT_TRUE(r.Warnings.isEmpty()) << name << ": " << r.Warnings.join('\n').toStdString();
+        EXPECT_EQ(r.File->Bindings.size(), 17u) << name;
+    }
     EXPECT_FALSE(ReadBindingsFile("/nonexistent/x.json").File);
 }
 
