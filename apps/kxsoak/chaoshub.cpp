@@ -32,12 +32,16 @@ void TChaosHub::onSignal() {
         sender->deleteLater();
         return;
     }
+    // Qt cannot delete a widget in the middle of a focus change, and a signal may fire
+    // inside one (an edit checks its entry when it loses the focus), so only siblings that
+    // never take the focus go at once.
     for (QWidget* other : components_()) {
-        if (other != sender) {
+        if (other != sender && other->focusPolicy() == Qt::NoFocus) {
             delete other;
             return;
         }
     }
+    sender->deleteLater();
 }
 
 }  // namespace kxsoak

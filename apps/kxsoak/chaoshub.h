@@ -1,7 +1,8 @@
 #pragma once
 // Deletion from inside event handlers: every signal of every component (found through
 // its meta-object) lands here, and now and then the handler deletes the sender later or
-// deletes another component of the stage at once, as a careless application would.
+// deletes another component of the stage at once, as a careless application would (only
+// one that never takes the focus: Qt itself cannot delete a widget during its focus change).
 #include <QObject>
 #include <cstdint>
 #include <functional>
