@@ -33,7 +33,7 @@ TSoakResult TComponentSoak::Run() {
         feeder_.Prepare(component);
         hub_.Watch(component);
     });
-    const int64_t warmUp = std::max<int64_t>(1, readings_ / 10);
+    const int64_t warmUp = std::max<int64_t>(1, readings_ / 2);
     TSoakResult result;
     for (int64_t i = 0; i < warmUp; ++i)
         step(i);

@@ -1,7 +1,8 @@
 #pragma once
 // One component class soaked: readings, property changes, sizes, paints, blink ticks and
 // deletions from its own handlers, with the resident memory taken after a warm-up (the
-// first tenth of the readings, which fills fonts, glyph and pixmap caches) and at the end.
+// first half of the readings, which fills fonts, glyph and pixmap caches up to their limits)
+// and at the end.
 #include <QElapsedTimer>
 #include <QString>
 #include <cstdint>

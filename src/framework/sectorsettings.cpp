@@ -94,10 +94,10 @@ void KxDrawSectorBands(TCanvas& canvas, const TRect& rect, const TSectorSettings
         const int32_t from = Round(double(f) * std::max(0, b.from));
         const int32_t to = Round(double(f) * std::min(1000, b.to));
         if (vertical)
-            canvas.Rectangle(rect.Left, WrapSub(rect.Bottom, from - 1), rect.Right,
+            canvas.Rectangle(rect.Left, WrapSub(rect.Bottom, WrapSub(from, 1)), rect.Right,
                              WrapSub(rect.Bottom, to));
         else
-            canvas.Rectangle(WrapAdd(rect.Left, from), rect.Top, WrapAdd(rect.Left, to + 1),
+            canvas.Rectangle(WrapAdd(rect.Left, from), rect.Top, WrapAdd(rect.Left, WrapAdd(to, 1)),
                              rect.Bottom);
     }
     canvas.Pen().SetStyle(psSolid);

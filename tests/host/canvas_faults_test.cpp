@@ -277,5 +277,21 @@ TEST(CanvasEdges, UnallocatableSizeLeavesAnEmptyBitmap) {
     }
 }
 
+TEST(CanvasEdges, RectangleExtentsSaturateInsteadOfOverflowing) {
+    const struct {
+        TRect r;
+        int32_t width, height;
+    } cases[] = {
+        {{0, 0, 10, 20}, 10, 20},
+        {{10, 20, 0, 0}, -10, -20},
+        {{-2147483643, INT_MIN, 2147483644, INT_MAX}, INT_MAX, INT_MAX},
+        {{INT_MAX, INT_MAX, INT_MIN, INT_MIN}, INT_MIN, INT_MIN},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.r.Width(), c.width);
+        EXPECT_EQ(c.r.Height(), c.height);
+    }
+}
+
 }  // namespace
 }  // namespace kx

@@ -4,6 +4,7 @@
 // after it returns. Real time: every wait is bounded by a deadline of a few seconds.
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QModbusTcpServer>
 #include <cstring>
 
@@ -81,7 +82,19 @@ class ModbusIntegration : public ::testing::Test {
     void TearDown() override {
         binder_.reset();
         source_.reset();
+        stopServer();
+    }
+
+    // Closes the server's connections and lets their disconnections and deferred deletions
+    // run before the server goes: Qt's server frees a connection's buffer only when that
+    // connection's socket is deleted.
+    void stopServer() {
+        if (!server_) return;
+        server_->disconnectDevice();
+        WaitUntil([] { return false; }, 200);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         server_.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
     bool startServer() {
@@ -253,7 +266,7 @@ TEST_F(ModbusIntegration, StaleWhileTheServerIsGoneAndRecoveryAfterItsRestart) {
     ASSERT_TRUE(WaitUntil([&] { return tempIs(-12.3f); }));
     EXPECT_FALSE(staleShown(panel_.Temp));
 
-    server_.reset();
+    stopServer();
     ASSERT_TRUE(WaitUntil([&] { return staleShown(panel_.Temp) && staleShown(panel_.Lamp3); }));
     EXPECT_NE(source_->ConnectionState(), Source::State::Connected);
     EXPECT_TRUE(panel_.Temp->toolTip().startsWith("no data since "))

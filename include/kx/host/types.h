@@ -11,12 +11,18 @@ struct TPoint {
 };
 
 struct TRect {
+    static constexpr int32_t Span(int32_t from, int32_t to) {
+        const int64_t d = int64_t(to) - from;
+        return d > INT32_MAX ? INT32_MAX : d < INT32_MIN ? INT32_MIN : int32_t(d);
+    }
     int32_t Left = 0;
     int32_t Top = 0;
     int32_t Right = 0;
     int32_t Bottom = 0;
-    int32_t Width() const { return Right - Left; }
-    int32_t Height() const { return Bottom - Top; }
+    // Saturated: a rectangle spanning more than the int32 range (absurd bevels or offsets)
+    // reports the largest width rather than overflowing.
+    int32_t Width() const { return Span(Left, Right); }
+    int32_t Height() const { return Span(Top, Bottom); }
     friend bool operator==(const TRect&, const TRect&) = default;
 };
 
