@@ -9,14 +9,22 @@
 #include <functional>
 #include <memory>
 
+#include "binder.h"
 #include "kx/adjusters/dial.h"
 #include "kx/binary/kxled.h"
 #include "kx/binary/leverswitch.h"
 #include "kx/indicators/rmeter.h"
+#include "staleoverlay.h"
 
 namespace kx::panel::test {
 
 // A port nobody listens on right now (QModbusTcpServer and mosquitto cannot bind port 0).
+// Whether the binder shows w's stale hatch now.
+inline bool StaleShown(const Binder& binder, QWidget* w) {
+    const StaleOverlay* o = binder.OverlayOf(w);
+    return o && o->IsStale() && o->isVisible();
+}
+
 inline int FreePort() {
     QTcpServer probe;
     if (!probe.listen(QHostAddress::LocalHost, 0)) return 0;

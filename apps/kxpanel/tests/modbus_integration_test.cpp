@@ -166,10 +166,7 @@ class ModbusIntegration : public ::testing::Test {
     }
 
     bool tempIs(float v) const { return panel_.Temp->Value() == v; }
-    bool staleShown(QWidget* w) const {
-        StaleOverlay* o = binder_->OverlayOf(w);
-        return o && o->IsStale() && o->isVisible();
-    }
+    bool staleShown(QWidget* w) const { return test::StaleShown(*binder_, w); }
 
     test::LivePanel panel_;
     int port_ = 0;

@@ -235,10 +235,7 @@ class MqttIntegration : public ::testing::Test {
     }
 
     bool tempIs(float v) const { return panel_.Temp->Value() == v; }
-    bool staleShown(QWidget* w) const {
-        StaleOverlay* o = binder_->OverlayOf(w);
-        return o && o->IsStale() && o->isVisible();
-    }
+    bool staleShown(QWidget* w) const { return test::StaleShown(*binder_, w); }
     // Serves the panel's event loop and the plant's client until done() or ms.
     bool waitWithPlant(const std::function<bool()>& done, int ms = 3000) {
         return WaitUntil(
