@@ -3,11 +3,20 @@
 #include <QHash>
 #include <QPointer>
 #include <algorithm>
+#include <array>
 
 #include "rssprobe.h"
 #include "surfaceexerciser.h"
 
 namespace kxsoak {
+
+namespace {
+
+double PerMillion(int64_t kib, int64_t readings) {
+    return readings > 0 ? double(kib) * 1e6 / double(readings) : 0.0;
+}
+
+}  // namespace
 
 TComponentSoak::TComponentSoak(const kx::TKxCatalogueEntry& entry, TFeeder& feeder,
                                TBlinkDriver& blink, uint64_t seed, int64_t readings,
@@ -35,12 +44,22 @@ TSoakResult TComponentSoak::Run() {
     });
     const int64_t warmUp = std::max<int64_t>(1, readings_ / 2);
     TSoakResult result;
-    for (int64_t i = 0; i < warmUp; ++i)
+    int64_t i = 0;
+    for (; i < warmUp; ++i)
         step(i);
     result.WarmKiB = settleAndMeasure();
-    for (int64_t i = warmUp; i < readings_; ++i)
-        step(i);
-    result.EndKiB = settleAndMeasure();
+    std::array<double, 4> rates{};
+    int64_t before = result.WarmKiB;
+    for (size_t q = 0; q < rates.size(); ++q) {
+        const int64_t start = i;
+        const int64_t end = warmUp + (readings_ - warmUp) * int64_t(q + 1) / 4;
+        for (; i < end; ++i)
+            step(i);
+        const int64_t now = settleAndMeasure();
+        rates[q] = PerMillion(now - before, end - start);
+        before = now;
+    }
+    result.EndKiB = before;
     stage_.reset();
     Pump();
 
@@ -49,8 +68,9 @@ TSoakResult TComponentSoak::Run() {
     result.Signals = hub_.Signals();
     result.Deletions = hub_.Deletions();
     result.Recreated = recreated_;
-    result.GrowthKiBPerMillion =
-        double(result.EndKiB - result.WarmKiB) * 1e6 / double(readings_ - warmUp);
+    result.TotalKiBPerMillion = PerMillion(result.EndKiB - result.WarmKiB, readings_ - warmUp);
+    std::sort(rates.begin(), rates.end());
+    result.GrowthKiBPerMillion = (rates[1] + rates[2]) / 2;
     result.Seconds = double(clock.nsecsElapsed()) / 1e9;
     return result;
 }
@@ -74,6 +94,8 @@ void TComponentSoak::step(int64_t i) {
         if (QWidget* target = pool_.OneIn(4) ? anyComponent() : stage_->Subject()) {
             fuzzer_.ChangeOne(target);
         }
+    } else if (i % period(churnEvery_) == period(churnEvery_) / 2) {
+        fuzzer_.ShortenLongTexts();
     }
     if (i % period(61) == 0) Pump();
     exercise(i);

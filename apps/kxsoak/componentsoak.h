@@ -2,7 +2,11 @@
 // One component class soaked: readings, property changes, sizes, paints, blink ticks and
 // deletions from its own handlers, with the resident memory taken after a warm-up (the
 // first half of the readings, which fills fonts, glyph and pixmap caches up to their limits)
-// and at the end.
+// and after each quarter of the second half.
+//
+// The growth rate is the median of the four quarters' rates: a leak grows in every quarter,
+// while a cache that meets a new font or script late in the run grows once, by up to a few
+// hundred KiB, and would otherwise dominate the figure of a single run.
 #include <QElapsedTimer>
 #include <QString>
 #include <cstdint>
@@ -25,7 +29,8 @@ struct TSoakResult {
     int64_t Recreated = 0;
     int64_t WarmKiB = 0;  // resident after the warm-up
     int64_t EndKiB = 0;
-    double GrowthKiBPerMillion = 0;  // (end - warm) scaled to 10^6 readings
+    double TotalKiBPerMillion = 0;   // (end - warm) scaled to 10^6 readings
+    double GrowthKiBPerMillion = 0;  // the median quarter's growth scaled to 10^6 readings
     double Seconds = 0;
 };
 

@@ -86,7 +86,8 @@ bool WithinLimit(const std::vector<TSoakResult>& results, const TSoakOptions& op
     for (const TSoakResult& r : results) {
         if (r.GrowthKiBPerMillion >= *options.MaxGrowthKiB) {
             err << r.ClassName << ": grew " << r.GrowthKiBPerMillion
-                << " KiB per 10^6 readings, limit " << *options.MaxGrowthKiB << "\n";
+                << " KiB per 10^6 readings (median quarter), limit " << *options.MaxGrowthKiB
+                << "\n";
             ok = false;
         }
     }

@@ -81,10 +81,21 @@ void TPropertyFuzzer::SweepEnumsAndBools(QObject* object) {
     }
 }
 
+void TPropertyFuzzer::ShortenLongTexts() {
+    for (const TTarget& target : longTexts_) {
+        if (target.Owner) target.Property.write(target.Owner, QStringLiteral("kPa"));
+    }
+    longTexts_.clear();
+}
+
 void TPropertyFuzzer::Write(QObject* owner, const QMetaProperty& property) {
     if (!owner) return;
     const QVariant value = RandomValue(property);
-    if (value.isValid()) property.write(owner, value);
+    if (!value.isValid()) return;
+    property.write(owner, value);
+    constexpr qsizetype kLongText = 256;
+    if (value.metaType().id() == QMetaType::QString && value.toString().size() > kLongText)
+        longTexts_.push_back({owner, property});
 }
 
 QVariant TPropertyFuzzer::RandomValue(const QMetaProperty& property) {

@@ -21,6 +21,10 @@ class TPropertyFuzzer {
     void ChangeOne(QObject* object);
     // Every key of every enumeration property in turn, and every boolean toggled twice.
     void SweepEnumsAndBools(QObject* object);
+    // Gives every text property that got one of the 10 000-character texts since the last
+    // call a short text again. A clock repaints its text each second: left in place for
+    // the whole run, such a text made one component's soak take hours.
+    void ShortenLongTexts();
 
   private:
     struct TTarget {
@@ -32,6 +36,7 @@ class TPropertyFuzzer {
     QVariant RandomValue(const QMetaProperty& property);
 
     TValuePool& pool_;
+    std::vector<TTarget> longTexts_;
 };
 
 }  // namespace kxsoak

@@ -53,15 +53,16 @@ int readWhole(const QString& name, QByteArray& out) {
     if (info.isDir()) return EISDIR;
     if (info.size() > TIniFile::kMaxFileSize) return EFBIG;
     QFile f(name);
-    if (!f.open(QIODevice::ReadOnly)) return EACCES;
+    if (!f.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) return EACCES;
     // In steps: QIODevice::read(n) allocates n bytes up front, which made every read of a
-    // small file cost a 16 MiB buffer. Reading on to one byte past the limit still
-    // catches a file that grew after the size check.
-    constexpr qint64 kStep = 64 * 1024;
+    // small file cost a 16 MiB buffer. A step of one byte more than the file's size reads
+    // a small file in one go; reading on to one byte past the limit still catches a file
+    // that grew after the size check.
+    const qint64 step = std::clamp<qint64>(info.size() + 1, 1, 64 * 1024);
     out.clear();
     while (out.size() <= TIniFile::kMaxFileSize) {
         const QByteArray part =
-            f.read(std::min<qint64>(kStep, TIniFile::kMaxFileSize + 1 - out.size()));
+            f.read(std::min<qint64>(step, TIniFile::kMaxFileSize + 1 - out.size()));
         if (part.isEmpty()) break;
         out += part;
     }

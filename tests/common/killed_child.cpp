@@ -79,6 +79,9 @@ TKillReport KillWhileSaving(const TKilledWriter& writer, const QString& dir,
     env.insert(kWriterVar, writer.name);
     env.insert(kDirVar, dir);
     env.insert(kParentVar, QString::number(::getpid()));
+    // Temporary folders the child's test makes before it runs the writer go into dir, which
+    // the parent removes; a killed child could not remove them itself.
+    env.insert(QStringLiteral("TMPDIR"), dir);
     QElapsedTimer spent;
     spent.start();
     while (spent.elapsed() < budget.count()) {
