@@ -29,11 +29,10 @@ const QString kExactPicture = QStringLiteral("0.################E+0");
 
 QString Describe(const QString& text, TKxNumEdit::TEditBase base) {
     const kx::TFormatSettings& fs = kx::FormatSettings();
+    // One arg() call: a chain would substitute into markers such as "%2" in the entry.
     return QStringLiteral("entry \"%1\" base %2 separators '%3' '%4'")
-        .arg(text)
-        .arg(int(base))
-        .arg(fs.DecimalSeparator)
-        .arg(fs.ThousandSeparator);
+        .arg(text, QString::number(int(base)), QString(fs.DecimalSeparator),
+             QString(fs.ThousandSeparator));
 }
 
 double ClampToBase(double v, TKxNumEdit::TEditBase base) {

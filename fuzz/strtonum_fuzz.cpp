@@ -43,9 +43,10 @@ bool Unambiguous(QChar sep) {
 }
 
 void CheckFloat(const QString& text, QChar sep) {
-    const QString detail = QStringLiteral("text \"%1\" separator U+%2")
-                               .arg(text)
-                               .arg(sep.unicode(), 4, 16, QLatin1Char('0'));
+    // The separator first: arg() after the text would substitute into a "%2" in it.
+    const QString detail = QStringLiteral("text \"%2\" separator U+%1")
+                               .arg(sep.unicode(), 4, 16, QLatin1Char('0'))
+                               .arg(text);
     double value = kSentinel;
     const bool ok = kx::TryStrToFloat(text, value);
     if (!ok) {

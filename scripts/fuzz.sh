@@ -6,6 +6,8 @@
 #   FUZZ_RUNS=N          N executions per target instead of SECONDS
 #   FUZZ_TARGETS="a b"   only these targets (names without _fuzz)
 #   FUZZ_ARTIFACTS=dir   where crash inputs go (default BUILD_DIR/fuzz-artifacts/<target>/)
+#   FUZZ_ASAN=0          a new tree with UBSan alone (no AddressSanitizer, no leak checks):
+#                        three to five times faster, for runs of millions of executions
 # The seed corpus is copied to a temporary folder first; nothing is written into fuzz/.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -30,8 +32,10 @@ if [ ! -f "$BUILD_DIR/CMakeCache.txt" ]; then
     bash scripts/deps.sh
     launcher=()
     command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+    sanitizers=address,undefined
+    [ "${FUZZ_ASAN:-1}" = "0" ] && sanitizers=undefined
     cmake -S . -B "$BUILD_DIR" -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-          -DKX_SANITIZE=ON -DKX_BUILD_FUZZ=ON -DKX_BUILD_TESTS=OFF -DKX_BUILD_APPS=ON \
+          -DKX_SANITIZE=ON -DKX_SANITIZERS=$sanitizers -DKX_BUILD_FUZZ=ON -DKX_BUILD_TESTS=OFF -DKX_BUILD_APPS=ON \
           -DKX_BUILD_BENCH=OFF -DKX_BUILD_DESIGNER=OFF "${launcher[@]}" >/dev/null
 elif ! grep -q '^KX_BUILD_FUZZ:BOOL=ON' "$BUILD_DIR/CMakeCache.txt"; then
     cmake -B "$BUILD_DIR" -DKX_BUILD_FUZZ=ON >/dev/null

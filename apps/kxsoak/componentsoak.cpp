@@ -56,6 +56,7 @@ TSoakResult TComponentSoak::Run() {
         for (; i < end; ++i)
             step(i);
         const int64_t now = settleAndMeasure();
+        result.QuarterKiB[q] = now - before;
         rates[q] = PerMillion(now - before, end - start);
         before = now;
     }

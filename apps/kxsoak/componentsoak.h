@@ -9,6 +9,7 @@
 // hundred KiB, and would otherwise dominate the figure of a single run.
 #include <QElapsedTimer>
 #include <QString>
+#include <array>
 #include <cstdint>
 #include <optional>
 
@@ -29,8 +30,9 @@ struct TSoakResult {
     int64_t Recreated = 0;
     int64_t WarmKiB = 0;  // resident after the warm-up
     int64_t EndKiB = 0;
-    double TotalKiBPerMillion = 0;   // (end - warm) scaled to 10^6 readings
-    double GrowthKiBPerMillion = 0;  // the median quarter's growth scaled to 10^6 readings
+    double TotalKiBPerMillion = 0;        // (end - warm) scaled to 10^6 readings
+    double GrowthKiBPerMillion = 0;       // the median quarter's growth scaled to 10^6 readings
+    std::array<int64_t, 4> QuarterKiB{};  // growth in each quarter of the second half
     double Seconds = 0;
 };
 

@@ -50,7 +50,9 @@ void PrintReport(const std::vector<TSoakResult>& results, QTextStream& out) {
 }
 
 void PrintProgress(const TSoakResult& result, QTextStream& out) {
-    out << "soaked " << Row(result) << "\n";
+    const auto& q = result.QuarterKiB;
+    out << "soaked " << Row(result) << "  quarters " << q[0] << " " << q[1] << " " << q[2] << " "
+        << q[3] << " KiB\n";
     out.flush();
 }
 
