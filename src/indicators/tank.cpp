@@ -419,6 +419,9 @@ void TKxTank::Paint() {
         }
     }
     if (HasOption(opBevelInner)) bevelInner_->PaintFilledBevel(c, r);
+    // Negative bevel spacings widen the rectangle past the control, up to the int32 limits;
+    // the vessel, laid out row by row, stays within what can be seen.
+    if (!KxRectIntersection(r, ClientRect(), r)) r = TRect{};
     area_ = r;
     layoutVessel(r);
     background_.SetSize(0, 0);

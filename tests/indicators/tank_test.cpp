@@ -420,6 +420,33 @@ TEST_F(TankTest, SizesFromOnePixelToHugeStayInside) {
     }
 }
 
+TEST_F(TankTest, NegativeBevelSpacingsKeepTheVesselInsideTheControl) {
+    const int32_t kMin = std::numeric_limits<int32_t>::min();
+    // One int32-minimum spacing turns the rectangle inside out (nothing to draw in); two
+    // wrap it round once more.
+    const struct {
+        int32_t outer, inner;
+        bool tooSmall;
+    } cases[] = {{kMin, 5, true}, {5, kMin, true}, {-40, -40, false}, {kMin, kMin, false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.outer << " / " << c.inner);
+        const auto t = paintedTank([&](TKxTank& k) {
+            k.SetBounds(0, 0, 140, 240);
+            k.BevelOuter()->SetSpacing(c.outer);
+            k.BevelInner()->SetSpacing(c.inner);
+        });
+        EXPECT_EQ(t->TooSmall(), c.tooSmall);
+        t->SetValue(50.0f);
+        if (c.tooSmall) continue;
+        const TRect a = t->Area(), v = t->Vessel(), client = t->ClientRect();
+        EXPECT_TRUE(a.Left >= 0 && a.Top >= 0 && a.Right <= client.Right &&
+                    a.Bottom <= client.Bottom);
+        EXPECT_TRUE(v.Left >= a.Left && v.Top >= a.Top && v.Right <= a.Right &&
+                    v.Bottom <= a.Bottom);
+        EXPECT_EQ(t->LastLevel(), expectedLevel(*t, 500));
+    }
+}
+
 TEST_F(TankTest, ExtremeRangesDrawWithoutHarm) {
     const TankSetup ranges[] = {
         [](TKxTank& t) { t.SignalSettings()->SetValueTo(0.0f); },  // empty

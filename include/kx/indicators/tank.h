@@ -95,7 +95,8 @@
 // Bad input: NaN readings are ignored by the value model; infinite and far out-of-range
 // readings put the level at the stops (-30 / 1030 per mille); descending, empty and
 // logarithmic ranges give defined positions; all geometry is saturated 32-bit arithmetic,
-// so sizes from 1 x 1 to 4000 x 4000 draw inside the control.
+// so sizes from 1 x 1 to 4000 x 4000 draw inside the control. Bevels with negative spacings
+// widen the inner rectangle; the vessel is laid out in its overlap with the control.
 #include <array>
 #include <vector>
 
