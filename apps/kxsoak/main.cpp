@@ -1,8 +1,8 @@
 // kxsoak: every component of the catalogue fed a long stream of readings and property
-// changes; proves that nothing crashes and that resident memory stays flat.
+// changes; proves that nothing crashes and that memory stays flat.
 //
-// Exit status: 0; 1 when a component grew by --max-growth-kib or more per 10^6 readings;
-// 2 for bad arguments or an unknown component.
+// Exit status: 0; 1 when the heap of a component grew by --max-growth-kib or more per 10^6
+// readings; 2 for bad arguments or an unknown component.
 #include <QApplication>
 #include <QSet>
 #include <QTextStream>
@@ -84,8 +84,8 @@ bool WithinLimit(const std::vector<TSoakResult>& results, const TSoakOptions& op
     if (!options.MaxGrowthKiB) return true;
     bool ok = true;
     for (const TSoakResult& r : results) {
-        if (r.GrowthKiBPerMillion >= *options.MaxGrowthKiB) {
-            err << r.ClassName << ": grew " << r.GrowthKiBPerMillion
+        if (r.HeapKiBPerMillion >= *options.MaxGrowthKiB) {
+            err << r.ClassName << ": the heap grew " << r.HeapKiBPerMillion
                 << " KiB per 10^6 readings (median quarter), limit " << *options.MaxGrowthKiB
                 << "\n";
             ok = false;

@@ -25,6 +25,15 @@ int64_t PeakResidentKiB() {
     return usage.ru_maxrss;  // KiB on Linux
 }
 
+int64_t HeapInUseKiB() {
+#if defined(__GLIBC__)
+    const struct mallinfo2 info = mallinfo2();
+    return int64_t((info.uordblks + info.hblkhd) / 1024);
+#else
+    return 0;
+#endif
+}
+
 void ReleaseFreeHeap() {
 #if defined(__GLIBC__)
     malloc_trim(0);

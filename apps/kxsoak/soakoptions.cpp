@@ -16,8 +16,10 @@ void AddOptions(QCommandLineParser& parser) {
         {"churn-every", "One property change every N readings (default 16).", "N", "16"},
         {"seed", "Seed of the random stream (default 1).", "S", "1"},
         {"component", "Soak only this class (e.g. TKxBar).", "NAME"},
-        {"report", "Print readings and resident memory per component."},
-        {"max-growth-kib", "Fail when a component grows by K KiB or more per 10^6 readings.", "K"},
+        {"report", "Print readings, resident size and heap in use per component."},
+        {"max-growth-kib",
+         "Fail when a component's heap grows by K KiB or more per 10^6 readings (median quarter).",
+         "K"},
     });
 }
 

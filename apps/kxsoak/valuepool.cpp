@@ -54,7 +54,11 @@ QStringList MakeTexts() {
 
 }  // namespace
 
-TValuePool::TValuePool(uint64_t seed) : engine_(seed), texts_(MakeTexts()) {}
+TValuePool::TValuePool(uint64_t seed) : engine_(seed), texts_(MakeTexts()) {
+    for (const QString& t : std::as_const(texts_)) {
+        if (t.size() < 100) shortTexts_ << t;
+    }
+}
 
 bool TValuePool::OneIn(int n) {
     return n <= 1 || Between(1, n) == 1;
@@ -93,7 +97,8 @@ float TValuePool::RangeEnd() {
 }
 
 QString TValuePool::Text() {
-    return texts_[Between(0, int(texts_.size()) - 1)];
+    const QStringList& from = moderate_ ? shortTexts_ : texts_;
+    return from[Between(0, int(from.size()) - 1)];
 }
 
 QColor TValuePool::Color() {
@@ -102,6 +107,7 @@ QColor TValuePool::Color() {
 }
 
 int TValuePool::FontSize() {
+    if (moderate_) return Between(6, 24);
     switch (Between(0, 5)) {
         case 0:
             return 1;

@@ -33,10 +33,17 @@ class TValuePool {
     QColor Color();
     // A font size: 1, 500, or an ordinary one.
     int FontSize();
+    // Moderate: ordinary font sizes only and no texts of 10 000 characters. The soak's
+    // measured half runs moderate: Qt's font cache keeps the glyphs of a 500-pixel font or
+    // of a text in every script, tens of MiB, until it ages them, which would swamp the
+    // measurement.
+    void SetModerate(bool moderate) { moderate_ = moderate; }
 
   private:
     std::mt19937_64 engine_;
     QStringList texts_;
+    QStringList shortTexts_;
+    bool moderate_ = false;
 };
 
 }  // namespace kxsoak
