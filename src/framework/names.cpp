@@ -16,13 +16,18 @@ TNameSizes KxMeasureNames(TCanvas& canvas, const TFont& font, const TSignalSetti
 namespace {
 
 // A name wider than r is cut to fit, with "…", so it never leaves the instrument.
+// In 64 bits and saturated: absurd bevel spacings leave r anywhere in the int32 range.
+int32_t centred(const TRect& r, int32_t width) {
+    return Saturate(int64_t(r.Left) + (int64_t(r.Width()) - width) / 2);
+}
+
 void paintName(TCanvas& canvas, const TRect& r, int32_t y, const QString& name, int32_t width) {
     if (width <= r.Width()) {
-        canvas.TextOut(r.Left + Div(r.Width() - width, 2), y, name);
+        canvas.TextOut(centred(r, width), y, name);
         return;
     }
     const QString cut = KxElideLines(canvas, name, QChar(u'\0'), std::max(0, r.Width()));
-    canvas.TextOut(r.Left + Div(r.Width() - canvas.TextWidth(cut), 2), y, cut);
+    canvas.TextOut(centred(r, canvas.TextWidth(cut)), y, cut);
 }
 
 }  // namespace
@@ -32,12 +37,12 @@ void KxPaintNames(TCanvas& canvas, const TFont& font, const TSignalSettings& sig
     canvas.Brush().SetStyle(bsClear);
     canvas.SetFont(font);
     if (name2) {
-        r.Bottom -= sizes.Name2H;
-        paintName(canvas, r, r.Bottom + t, signal.Name2(), sizes.Name2W);
+        r.Bottom = Saturate(int64_t(r.Bottom) - sizes.Name2H);
+        paintName(canvas, r, Saturate(int64_t(r.Bottom) + t), signal.Name2(), sizes.Name2W);
     }
     if (name1) {
-        r.Bottom -= sizes.Name1H;
-        paintName(canvas, r, r.Bottom + t, signal.Name1(), sizes.Name1W);
+        r.Bottom = Saturate(int64_t(r.Bottom) - sizes.Name1H);
+        paintName(canvas, r, Saturate(int64_t(r.Bottom) + t), signal.Name1(), sizes.Name1W);
     }
 }
 
