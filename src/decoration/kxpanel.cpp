@@ -6,6 +6,7 @@
 #include "kx/decoration/kxbevel.h"
 #include "kx/decoration/labelaccessible.h"
 #include "kx/drawing/geometry.h"
+#include "kx/host/numeric.h"
 
 namespace kx {
 
@@ -63,8 +64,10 @@ void TKxPanel::updateMargins() {
     TRect r{0, 0, kBig, kBig};
     AdjustClientRect(r);
     // Negative offsets would put children over the frame's outside; Qt wants margins >= 0.
-    setContentsMargins(std::max(0, r.Left), std::max(0, r.Top), std::max(0, kBig - r.Right),
-                       std::max(0, kBig - r.Bottom));
+    // In 64 bits and saturated: absurd spacings leave the corners anywhere in the int32 range.
+    setContentsMargins(std::max(0, r.Left), std::max(0, r.Top),
+                       std::max(0, Saturate(int64_t(kBig) - r.Right)),
+                       std::max(0, Saturate(int64_t(kBig) - r.Bottom)));
 }
 
 void TKxPanel::updateOpacity() {

@@ -71,7 +71,8 @@ void TKxSecondDisplay::Paint() {
 }
 
 void TKxSecondDisplay::PaintText() {
-    const int32_t aw = textRect_.Right - textRect_.Left, ah = textRect_.Bottom - textRect_.Top;
+    // Saturating: a frame turned inside out by absurd spacings leaves any corners here.
+    const int32_t aw = textRect_.Width(), ah = textRect_.Height();
     if (aw <= 0 || ah <= 0) return;
     MakeCompatibleBitmap(textBitmap_, aw, ah, TPoint{textRect_.Left, textRect_.Top});
     TCanvas& c = textBitmap_.Canvas();
