@@ -202,7 +202,10 @@ int32_t TKxAnalogGControl::linearDigit(float v) const {
 int32_t TKxAnalogGControl::logDigit(float v) const {
     const TSignalSettings& s = *signalSettings_;
     const double decades = KxLog10(double(v) * (1.0 / double(s.ValueFrom())));
-    return saturate(int64_t(s.DigitalFrom()) + Round64(logFactor_ * decades));
+    // Round64 saturates at the int64 limits; the bound keeps the sum from overflowing.
+    constexpr int64_t kBound = int64_t(1) << 40;
+    return saturate(int64_t(s.DigitalFrom()) +
+                    std::clamp(Round64(logFactor_ * decades), -kBound, kBound));
 }
 
 void TKxAnalogGControl::calcLog() {

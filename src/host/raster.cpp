@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "kx/host/numeric.h"
+
 namespace kx::raster {
 namespace {
 
@@ -128,15 +130,16 @@ std::vector<TPoint> RoundRectOutline(int32_t l, int32_t t, int32_t r, int32_t b,
     eh = int32_t(std::clamp<int64_t>(eh, 0, bh));
     std::vector<TPoint> pts;
     if (bw <= 0 || bh <= 0 || tooLarge(bw, bh)) return pts;
+    // Mirroring sums two corners: in 64 bits and saturated, for corners near the limits.
     for (const TPoint& p : QuadrantWalk(ew, eh))
-        pts.push_back(TPoint{r - ew + p.X, t + eh - 1 - p.Y});
+        pts.push_back(TPoint{r - ew + p.X, Saturate(int64_t(t) + eh - 1 - p.Y)});
     const size_t quarter = pts.size();
     appendMirrored(pts, quarter, ew % 2 == 1 && ew == bw, [&](TPoint p) {
-        return TPoint{l + r - 1 - p.X, p.Y};
+        return TPoint{Saturate(int64_t(l) + r - 1 - p.X), p.Y};
     });
     const size_t half = pts.size();
     appendMirrored(pts, half, eh % 2 == 1 && eh == bh, [&](TPoint p) {
-        return TPoint{p.X, t + b - 1 - p.Y};
+        return TPoint{p.X, Saturate(int64_t(t) + b - 1 - p.Y)};
     });
     return pts;
 }

@@ -215,16 +215,18 @@ void TKxRMeter::CalcSize() {
 
     // A fixed size is kept as it is: the measures above serve the paint.
     if (!autoSize_) return;
-    const int32_t labelH = scaleSettings_->MaxTextHeight;
-    const int32_t labelW = scaleSettings_->MaxTextWidth;
-    const int32_t outer = HasOption(opBevelOuter) ? 2 * bevelOuter_->TotalWidth() : 0;
-    const int32_t inner = HasOption(opBevelInner) ? 2 * bevelInner_->TotalWidth() : 0;
+    // In 64 bits: absurd bevel spacings and fonts would overflow the sums; SetAutoSize
+    // bounds the result.
+    const int64_t labelH = scaleSettings_->MaxTextHeight;
+    const int64_t labelW = scaleSettings_->MaxTextWidth;
+    const int64_t outer = HasOption(opBevelOuter) ? 2 * int64_t(bevelOuter_->TotalWidth()) : 0;
+    const int64_t inner = HasOption(opBevelInner) ? 2 * int64_t(bevelInner_->TotalWidth()) : 0;
     const int32_t natural = naturalScaleWidth();
-    int32_t w = natural;
-    int32_t h = Round(double(w - labelW) / double(aspect_) + labelH);
+    int64_t w = natural;
+    int64_t h = Round64(double(w - labelW) / double(aspect_) + double(labelH));
     w += outer;
     h += outer;
-    const int32_t bevels = outer + inner;
+    const int64_t bevels = outer + inner;
     if (HasOption(opName1)) {
         h += text_.names.Name1H;
         w = std::max(w, bevels + text_.names.Name1W);
@@ -240,19 +242,19 @@ void TKxRMeter::CalcSize() {
     // The scale as wide as the sizing makes it without names must fit in the area above
     // the names: grow by what it lacks (the 120-degree scale is wider than its area).
     TRect instrument, area;
-    frameFor(TRect{0, 0, w, h}, instrument, area);
+    frameFor(TRect{0, 0, sat(w), sat(h)}, instrument, area);
     TRect in = instrument;
-    in.Left = sat(instrument.Left + int64_t(Div(instrument.Width() - natural, 2)));
+    in.Left = sat(instrument.Left + (int64_t(instrument.Width()) - natural) / 2);
     in.Right = sat(int64_t(in.Left) + natural);
     TExtentCanvas e(c);
     scaleExtent(e, meterType_ == Kx120Meter ? Widen120(in) : in);
     if (e.Any) {
         const int64_t side = std::max<int64_t>(
             {0, int64_t(area.Left) - e.Box.Left, int64_t(e.Box.Right) - area.Right});
-        w = sat(w + 2 * side);
-        h = sat(h + std::max<int64_t>(0, int64_t(e.Box.Bottom) - area.Bottom));
+        w += 2 * side;
+        h += std::max<int64_t>(0, int64_t(e.Box.Bottom) - area.Bottom);
     }
-    SetAutoSize(w, h);
+    SetAutoSize(sat(w), sat(h));
 }
 
 int32_t TKxRMeter::naturalScaleWidth() {
