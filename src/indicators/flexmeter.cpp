@@ -336,7 +336,7 @@ void TKxFlexMeter::layoutScale(TCanvas& c, int32_t labelCap) {
     const int32_t off = int32_t((u - stack) / 2);
     const int32_t labelAlong = labelH_ > 0 ? Div(upright_ ? labelH_ : labelW_, 2) : 0;
     // Room for a pointer at the stops (30 per mille beyond either end) and the end labels.
-    const int32_t m = std::max(k + Div(along * 3, 100), labelAlong) + 1;
+    const int32_t m = Saturate(std::max<int64_t>(k + int64_t(along) * 3 / 100, labelAlong) + 1);
     if (!upright_) {
         scaleStart_ = a.Left + m;
         scaleEnd_ = a.Right - 1 - m;

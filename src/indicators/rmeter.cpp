@@ -291,21 +291,21 @@ void TKxRMeter::frameFor(const TRect& client, TRect& instrument, TRect& area) co
     TRect frame = client;  // inside the outer bevel's lines and rings
     int32_t t = 0;
     if (HasOption(opBevelOuter)) {
-        frame = shrunk(client, bevelOuter_->TotalWidth() - bevelOuter_->Spacing());
+        frame = shrunk(client, sat(int64_t(bevelOuter_->TotalWidth()) - bevelOuter_->Spacing()));
         r = bevelOuter_->Offset()->SetOffset(shrunk(client, bevelOuter_->TotalWidth()));
         t = Div(bevelOuter_->Spacing(), 2);
     }
     int64_t namesTop = frame.Bottom;
     if (HasOption(opName2)) {
-        r.Bottom -= text_.names.Name2H;
+        r.Bottom = sat(int64_t(r.Bottom) - text_.names.Name2H);
         namesTop = int64_t(r.Bottom) + t;
     }
     if (HasOption(opName1)) {
-        r.Bottom -= text_.names.Name1H;
+        r.Bottom = sat(int64_t(r.Bottom) - text_.names.Name1H);
         namesTop = int64_t(r.Bottom) + t;
     }
     if (HasOption(opBevelInner)) {
-        area = shrunk(r, bevelInner_->TotalWidth() - bevelInner_->Spacing());
+        area = shrunk(r, sat(int64_t(bevelInner_->TotalWidth()) - bevelInner_->Spacing()));
         r = bevelInner_->Offset()->SetOffset(shrunk(r, bevelInner_->TotalWidth()));
     } else {
         area = frame;
