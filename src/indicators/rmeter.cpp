@@ -27,10 +27,6 @@ void include(TRect& r, TPoint p) {
     r.Bottom = std::max(r.Bottom, p.Y + 1);
 }
 
-int32_t sat(int64_t v) {
-    return int32_t(std::clamp<int64_t>(v, INT32_MIN, INT32_MAX));
-}
-
 TRect shrunk(TRect r, int32_t n) {
     KxBorder(r, n);
     return r;
@@ -59,7 +55,7 @@ class TKxRMeter::TExtentCanvas : public TCanvas {
     std::vector<TRect> Texts;
 
     void Add(int64_t l, int64_t t, int64_t r, int64_t b) {
-        const TRect box{sat(l), sat(t), sat(r), sat(b)};
+        const TRect box{Saturate(l), Saturate(t), Saturate(r), Saturate(b)};
         Box = Any ? KxUnionRect(Box, box) : box;
         Any = true;
     }
@@ -91,8 +87,8 @@ class TKxRMeter::TExtentCanvas : public TCanvas {
     }
     void TextOut(int32_t x, int32_t y, const QString& text) override {
         if (text.isEmpty()) return;
-        const TRect box{x, y, sat(int64_t(x) + TextWidth(text)),
-                        sat(int64_t(y) + TextHeight(text))};
+        const TRect box{x, y, Saturate(int64_t(x) + TextWidth(text)),
+                        Saturate(int64_t(y) + TextHeight(text))};
         Texts.push_back(box);
         Add(box.Left, box.Top, box.Right, box.Bottom);
     }
@@ -242,10 +238,10 @@ void TKxRMeter::CalcSize() {
     // The scale as wide as the sizing makes it without names must fit in the area above
     // the names: grow by what it lacks (the 120-degree scale is wider than its area).
     TRect instrument, area;
-    frameFor(TRect{0, 0, sat(w), sat(h)}, instrument, area);
+    frameFor(TRect{0, 0, Saturate(w), Saturate(h)}, instrument, area);
     TRect in = instrument;
-    in.Left = sat(instrument.Left + (int64_t(instrument.Width()) - natural) / 2);
-    in.Right = sat(int64_t(in.Left) + natural);
+    in.Left = Saturate(instrument.Left + (int64_t(instrument.Width()) - natural) / 2);
+    in.Right = Saturate(int64_t(in.Left) + natural);
     TExtentCanvas e(c);
     scaleExtent(e, meterType_ == Kx120Meter ? Widen120(in) : in);
     if (e.Any) {
@@ -254,12 +250,12 @@ void TKxRMeter::CalcSize() {
         w += 2 * side;
         h += std::max<int64_t>(0, int64_t(e.Box.Bottom) - area.Bottom);
     }
-    SetAutoSize(sat(w), sat(h));
+    SetAutoSize(Saturate(w), Saturate(h));
 }
 
 int32_t TKxRMeter::naturalScaleWidth() {
     // Labels are measured in the font CalcRSize left selected.
-    const int32_t base = sat(10 * int64_t(scaleSettings_->MaxTextHeight));
+    const int32_t base = Saturate(10 * int64_t(scaleSettings_->MaxTextHeight));
     // Labels closer than a quarter of their height read as one.
     const int32_t gap = std::max(1, Div(scaleSettings_->MaxTextHeight, 4));
     auto crowded = [&](int32_t w) {
@@ -291,25 +287,26 @@ void TKxRMeter::frameFor(const TRect& client, TRect& instrument, TRect& area) co
     TRect frame = client;  // inside the outer bevel's lines and rings
     int32_t t = 0;
     if (HasOption(opBevelOuter)) {
-        frame = shrunk(client, sat(int64_t(bevelOuter_->TotalWidth()) - bevelOuter_->Spacing()));
+        frame =
+            shrunk(client, Saturate(int64_t(bevelOuter_->TotalWidth()) - bevelOuter_->Spacing()));
         r = bevelOuter_->Offset()->SetOffset(shrunk(client, bevelOuter_->TotalWidth()));
         t = Div(bevelOuter_->Spacing(), 2);
     }
     int64_t namesTop = frame.Bottom;
     if (HasOption(opName2)) {
-        r.Bottom = sat(int64_t(r.Bottom) - text_.names.Name2H);
+        r.Bottom = Saturate(int64_t(r.Bottom) - text_.names.Name2H);
         namesTop = int64_t(r.Bottom) + t;
     }
     if (HasOption(opName1)) {
-        r.Bottom = sat(int64_t(r.Bottom) - text_.names.Name1H);
+        r.Bottom = Saturate(int64_t(r.Bottom) - text_.names.Name1H);
         namesTop = int64_t(r.Bottom) + t;
     }
     if (HasOption(opBevelInner)) {
-        area = shrunk(r, sat(int64_t(bevelInner_->TotalWidth()) - bevelInner_->Spacing()));
+        area = shrunk(r, Saturate(int64_t(bevelInner_->TotalWidth()) - bevelInner_->Spacing()));
         r = bevelInner_->Offset()->SetOffset(shrunk(r, bevelInner_->TotalWidth()));
     } else {
         area = frame;
-        area.Bottom = sat(std::min<int64_t>(frame.Bottom, namesTop));
+        area.Bottom = Saturate(std::min<int64_t>(frame.Bottom, namesTop));
     }
     instrument = r;
 }
@@ -323,10 +320,10 @@ void TKxRMeter::scaleExtent(TExtentCanvas& e, const TRect& in) {
     scaleSettings_->RoundScala(e, square, startAngle_, sweepAngle_);
     if (square.Width() <= 0) return;  // no room: no ring either
     const TSectorSettings& sectors = *SectorSettings();
-    TRect r2 = shrunk(square, sat(int64_t(scaleSettings_->StepLength) + sectors.Offset()));
+    TRect r2 = shrunk(square, Saturate(int64_t(scaleSettings_->StepLength) + sectors.Offset()));
     if (HasOption(opSector)) {
         TRect ring = r2;
-        ring.Bottom = sat(int64_t(ring.Bottom) + 1);
+        ring.Bottom = Saturate(int64_t(ring.Bottom) + 1);
         for (const auto& sec : sectorList()) {
             int32_t start, extent;
             if (SectorArc(sec.from, sec.to, startAngle_, sweepAngle_, start, extent))
@@ -350,8 +347,8 @@ TRect TKxRMeter::fitScale(const TRect& in) {
     if (fits(in)) return in;
     auto narrowed = [&](int32_t w) {
         TRect f = in;
-        f.Left = sat(in.Left + int64_t(Div(in.Width() - w, 2)));
-        f.Right = sat(int64_t(f.Left) + w);
+        f.Left = Saturate(in.Left + int64_t(Div(in.Width() - w, 2)));
+        f.Right = Saturate(int64_t(f.Left) + w);
         return f;
     };
     // The widest scale that fits; a width of 0 leaves no room for a ring and always fits.
@@ -378,12 +375,12 @@ void TKxRMeter::paintScale(TRect& r) {
     scaleSettings_->RoundScala(c, r, startAngle_, sweepAngle_);
     if (meterType_ == Kx120Meter || meterType_ == Kx180Meter)
         scaleRect_ =
-            TRect{r.Left, r.Top, r.Right, sat(int64_t(in.Bottom) + bevelInner_->Spacing())};
+            TRect{r.Left, r.Top, r.Right, Saturate(int64_t(in.Bottom) + bevelInner_->Spacing())};
     else
         scaleRect_ = r;
     if (r.Width() <= 0) return;  // no room for a ring
     const TSectorSettings& sectors = *SectorSettings();
-    const TRect r2 = shrunk(r, sat(int64_t(scaleSettings_->StepLength) + sectors.Offset()));
+    const TRect r2 = shrunk(r, Saturate(int64_t(scaleSettings_->StepLength) + sectors.Offset()));
     if (HasOption(opSector))
         DrawRSector(c, r2);
     else
@@ -408,7 +405,7 @@ void TKxRMeter::paintUnit(const TRect& r) {
         y = r.Top + Round(r.Width() / 3.0 - labelH / 2.0);
     }
     const int32_t x = r.Left + Div(r.Width() - text_.unitW, 2);
-    const TRect box{x, y, sat(int64_t(x) + text_.unitW), sat(int64_t(y) + text_.unitH)};
+    const TRect box{x, y, Saturate(int64_t(x) + text_.unitW), Saturate(int64_t(y) + text_.unitH)};
     if (!inside(box, area_)) return;
     for (const TRect& label : labelBoxes_)
         if (overlaps(box, label)) return;
