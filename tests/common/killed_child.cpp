@@ -22,6 +22,9 @@ constexpr char kParentVar[] = "KX_KILLED_PARENT";
 constexpr char kSavedMark[] = "\nKX-SAVED\n";
 constexpr int kChildLifeMs = 30000;
 constexpr int kFirstSaveMs = 15000;
+// A floor on the count, not on the rate: a loaded machine, or Qt's back-off on a lock file a
+// killed child left, can make one round take seconds.
+constexpr int kMinKills = 10;
 
 [[noreturn]] void RunChild(const TKilledWriter& writer) {
     // An orphan must not go on writing into a folder its parent is removing.
@@ -84,7 +87,7 @@ TKillReport KillWhileSaving(const TKilledWriter& writer, const QString& dir,
     env.insert(QStringLiteral("TMPDIR"), dir);
     QElapsedTimer spent;
     spent.start();
-    while (spent.elapsed() < budget.count()) {
+    while (report.kills < kMinKills || spent.elapsed() < budget.count()) {
         QProcess child;
         child.setProcessEnvironment(env);
         child.setProcessChannelMode(QProcess::MergedChannels);

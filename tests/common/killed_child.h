@@ -30,9 +30,9 @@ struct TKillReport {
 };
 
 // In the child started for this writer: runs it (and never returns). In the parent: starts
-// children until the budget is spent, kills each with SIGKILL a random 0..maxDelay after
-// its first complete save, and checks the file after each kill. In a child started for
-// another writer: nothing.
+// children until at least ten were killed and the budget is spent (or one fails), kills each with
+// SIGKILL a random 0..maxDelay after its first complete save, and checks the file after each kill.
+// In a child started for another writer: nothing.
 TKillReport KillWhileSaving(const TKilledWriter& writer, const QString& dir,
                             std::chrono::milliseconds budget,
                             std::chrono::microseconds maxDelay = std::chrono::milliseconds(25));
