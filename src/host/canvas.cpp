@@ -1024,9 +1024,26 @@ TRect TCanvas::ClipRect() const {
     return TRect{0, 0, target_->width(), target_->height()};
 }
 
+namespace {
+// Qt builds no polygon region taller than 100000 pixels (and leaks its scan-line tables
+// when asked to). No surface reaches past this square, so larger ellipses are cut to it.
+constexpr int kRegionReach = 32768;
+
+bool WithinRegionReach(const TRect& r) {
+    const auto in = [](int32_t v) { return v >= -kRegionReach && v <= kRegionReach; };
+    return in(r.Left) && in(r.Top) && in(r.Right) && in(r.Bottom);
+}
+}  // namespace
+
 QRegion TCanvas::EllipticRegion(const TRect& r) {
-    if (r.Width() <= 0 || r.Height() <= 0) return QRegion();
-    return QRegion(QRect(r.Left, r.Top, r.Width(), r.Height()), QRegion::Ellipse);
+    if (r.Right <= r.Left || r.Bottom <= r.Top) return QRegion();
+    if (WithinRegionReach(r))
+        return QRegion(QRect(r.Left, r.Top, r.Width(), r.Height()), QRegion::Ellipse);
+    QPainterPath ellipse;
+    ellipse.addEllipse(QRectF(r.Left, r.Top, double(r.Right) - r.Left, double(r.Bottom) - r.Top));
+    QPainterPath reach;
+    reach.addRect(QRectF(-kRegionReach, -kRegionReach, 2.0 * kRegionReach, 2.0 * kRegionReach));
+    return QRegion(ellipse.intersected(reach).toFillPolygon().toPolygon());
 }
 
 QRegion TCanvas::RectRegion(const TRect& r) {

@@ -323,6 +323,31 @@ TEST(Canvas, ClipRegionDifferenceMakesRing) {
     EXPECT_EQ(p.C().ClipRect(), (TRect{0, 0, 21, 21}));
 }
 
+// Ellipses far larger than any surface still clip like ellipses where a surface can be.
+TEST(Canvas, HugeEllipticRegionsKeepTheirEdgeNearTheOrigin) {
+    const struct {
+        TRect box;
+        TPoint inside, outside;
+    } cases[] = {
+        // Left edge through (0, 0), radius 10^6: at y = 5000 the edge is at x = 12.5.
+        {{0, -1000000, 2000000, 1000000}, {30, 5000}, {5, 5000}},
+        {{0, -1000000, 2000000, 1000000}, {10, 0}, {-10, 0}},
+        // Top edge through (0, 0), radius 10^8.
+        {{-100000000, 0, 100000000, 200000000}, {0, 10}, {0, -10}},
+        // The whole 32-bit plane: everything near the origin is inside.
+        {{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}, {0, 0}, {INT32_MIN, INT32_MIN}},
+    };
+    for (const auto& c : cases) {
+        const QRegion r = TCanvas::EllipticRegion(c.box);
+        EXPECT_TRUE(r.contains(QPoint(c.inside.X, c.inside.Y))) << c.box.Left << "," << c.box.Top;
+        EXPECT_FALSE(r.contains(QPoint(c.outside.X, c.outside.Y)))
+            << c.box.Left << "," << c.box.Top;
+    }
+    // Up to the size Qt builds itself the region is Qt's ellipse, pixel for pixel.
+    EXPECT_EQ(TCanvas::EllipticRegion(TRect{32000, -32768, 32768, -32000}),
+              QRegion(QRect(32000, -32768, 768, 768), QRegion::Ellipse));
+}
+
 TEST(Canvas, TextOutAnchorsTopLeftAndPaintsCellWithSolidBrush) {
     Picture p(80, 30);
     p.C().Font().SetName("Arial");

@@ -166,7 +166,8 @@ class TCanvas {
     virtual TRect ClipRect() const;
 
     // Regions with the classic geometry: an elliptic region fills the ellipse inscribed
-    // in L..R-1, T..B-1; a rectangular one covers L..R-1, T..B-1.
+    // in L..R-1, T..B-1; a rectangular one covers L..R-1, T..B-1. An ellipse reaching
+    // past +-32768 is cut to that square and follows a polygon through its curve.
     static QRegion EllipticRegion(const TRect& r);
     static QRegion RectRegion(const TRect& r);
 
