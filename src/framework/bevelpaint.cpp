@@ -18,6 +18,8 @@ int32_t drawableRings(const TRect& r, int32_t width) {
     return int32_t(std::min<int64_t>(width, (shortSide + 1) / 2));
 }
 
+constexpr int64_t kMaxCornerReach = 32768;
+
 // Corner size of the ring `inset` pixels inside the outermost one.
 int32_t cornerAt(int32_t size, int32_t inset) {
     return int32_t(std::max<int64_t>(0, int64_t(size) - 2 * int64_t(inset)));
@@ -46,21 +48,25 @@ void KxPaintGradFrame(TCanvas& canvas, TRect& rect, bool raised, bool fill, TCol
     }
     if (width < 1) return;
     const TRect outer = rect;
-    const int32_t rings = drawableRings(rect, width);
-    for (int32_t i = 1; i <= rings; ++i) {
+    const auto [first, last] = canvas.RingsOnSurface(outer, drawableRings(outer, width));
+    for (int32_t k = first; k < last; ++k) {
         TColor tl, br;
-        KxRingColors(colors, raised, width, i, tl, br);
-        canvas.Frame3D(rect, tl, br, 1);
+        KxRingColors(colors, raised, width, k + 1, tl, br);
+        TRect ring = outer;
+        KxBorder(ring, k);
+        canvas.Frame3D(ring, tl, br, 1);
     }
     rect = outer;
     KxBorder(rect, width);
 }
 
-QRegion KxLowerRightRegion(const TRect& r) {
+QRegion KxLowerRightRegion(const TRect& r, const TRect& within) {
     QRegion region;
     if (!ringFits(r)) return region;
     const int64_t w = int64_t(r.Right) - r.Left, h = int64_t(r.Bottom) - r.Top;
-    for (int64_t row = 0; row < h; ++row) {
+    const int64_t rowEnd = std::min<int64_t>(h, int64_t(within.Bottom) - r.Top);
+    const int64_t columnEnd = std::min<int64_t>(r.Right, within.Right);
+    for (int64_t row = std::max<int64_t>(0, int64_t(within.Top) - r.Top); row < rowEnd; ++row) {
         // Pixel column x (from Left) is on the lower-right side when
         // x * (h - 1) >= (h - 1 - row) * (w - 1).
         int64_t first = 0;
@@ -68,9 +74,14 @@ QRegion KxLowerRightRegion(const TRect& r) {
             const int64_t need = (h - 1 - row) * (w - 1);
             first = (need + (h - 2)) / (h - 1);  // ceiling, need >= 0
         }
-        region += QRect(int(r.Left + first), int(r.Top + row), int(w - first), 1);
+        const int64_t x = std::max<int64_t>(r.Left + first, within.Left);
+        if (x < columnEnd) region += QRect(int(x), int(r.Top + row), int(columnEnd - x), 1);
     }
     return region;
+}
+
+QRegion KxLowerRightRegion(const TRect& r) {
+    return KxLowerRightRegion(r, r);
 }
 
 void KxPaintRoundGradFrame(TCanvas& canvas, TRect& rect, bool raised, const TKxRingColors& colors,
@@ -81,15 +92,20 @@ void KxPaintRoundGradFrame(TCanvas& canvas, TRect& rect, bool raised, const TKxR
     const QRegion oldClip = canvas.ClipRegion();
     canvas.Pen().SetWidth(1);
     canvas.Brush().SetStyle(bsClear);
-    const int32_t rings = drawableRings(rect, width);
-    TRect ring = rect;
-    for (int32_t i = 1; i <= rings; ++i) {
+    // A corner reaches half its ellipse inward; corners larger than any surface are
+    // counted as reaching that far only.
+    const int32_t reach = int32_t(std::min<int64_t>(std::max(a, b) / 2 + 1, kMaxCornerReach));
+    const auto [first, last] = canvas.RingsOnSurface(outer, drawableRings(outer, width), reach);
+    const TRect within = canvas.ReachRect();
+    for (int32_t k = first; k < last; ++k) {
         TColor tl, br;
-        KxRingColors(colors, raised, width, i, tl, br);
-        const int32_t cw = cornerAt(a, i - 1), ch = cornerAt(b, i - 1);
+        KxRingColors(colors, raised, width, k + 1, tl, br);
+        TRect ring = outer;
+        KxBorder(ring, k);
+        const int32_t cw = cornerAt(a, k), ch = cornerAt(b, k);
         canvas.Pen().SetColor(tl);
         canvas.RoundRect(ring.Left, ring.Top, ring.Right, ring.Bottom, cw, ch);
-        const QRegion half = KxLowerRightRegion(ring);
+        const QRegion half = KxLowerRightRegion(ring, within);
         canvas.SetClipRegion(hadClip ? half.intersected(oldClip) : half);
         canvas.Pen().SetColor(br);
         canvas.RoundRect(ring.Left, ring.Top, ring.Right, ring.Bottom, cw, ch);
@@ -98,7 +114,6 @@ void KxPaintRoundGradFrame(TCanvas& canvas, TRect& rect, bool raised, const TKxR
         } else {
             canvas.ClearClipRegion();
         }
-        KxBorder(ring, 1);
     }
     rect = outer;
     KxBorder(rect, width);

@@ -823,16 +823,18 @@ void TCanvas::Frame3D(TRect& r, TColor topColor, TColor bottomColor, int32_t wid
         const QColor top = penQColor();
         pen_.SetColor(bottomColor);
         const QColor bottom = penQColor();
-        TRect ring = r;
-        for (int32_t i = 0; i < width && ring.Right > ring.Left && ring.Bottom > ring.Top; ++i) {
-            const int32_t l = ring.Left, t = ring.Top, rr = ring.Right, b = ring.Bottom;
+        const auto [first, last] = RingsOnSurface(r, width);
+        for (int32_t k = first; k < last; ++k) {
+            const int64_t l64 = int64_t(r.Left) + k, t64 = int64_t(r.Top) + k;
+            const int64_t r64 = int64_t(r.Right) - k, b64 = int64_t(r.Bottom) - k;
+            if (r64 <= l64 || b64 <= t64) break;
+            const int32_t l = int32_t(l64), t = int32_t(t64), rr = int32_t(r64), b = int32_t(b64);
             // The second colour owns the right column and the bottom row, so a ring one
             // pixel high or wide is all second colour and no pixel is written twice.
             if (b - 1 > t) fillLogicalRect(l, t, rr - 1, t + 1, top);      // top row
             if (rr - 1 > l) fillLogicalRect(l, t + 1, l + 1, b - 1, top);  // left column
             fillLogicalRect(rr - 1, t, rr, b - 1, bottom);                 // right column
             fillLogicalRect(l, b - 1, rr, b, bottom);                      // bottom row
-            ring = TRect{l + 1, t + 1, rr - 1, b - 1};
         }
     }
     pen_.SetColor(bottomColor);
@@ -1034,6 +1036,25 @@ bool WithinRegionReach(const TRect& r) {
     return in(r.Left) && in(r.Top) && in(r.Right) && in(r.Bottom);
 }
 }  // namespace
+
+TRect TCanvas::ReachRect() const {
+    return drawable() ? ClipRect() : TRect{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX};
+}
+
+std::pair<int32_t, int32_t> TCanvas::RingsOnSurface(const TRect& r, int32_t count,
+                                                    int32_t reach) const {
+    const TRect c = ReachRect();
+    if (count <= 0 || c.Right <= c.Left || c.Bottom <= c.Top) return {0, 0};
+    // A ring-k pixel lies k..k+reach deep inside r; the depth over c spans dmin..dmax,
+    // and dmax - dmin never exceeds c's longer side.
+    const int64_t l = r.Left, t = r.Top, rr = r.Right, b = r.Bottom;
+    const int64_t dmin = std::min({c.Left - l, c.Top - t, rr - c.Right, b - c.Bottom});
+    const int64_t dmax =
+        std::min({c.Right - 1 - l, c.Bottom - 1 - t, rr - 1 - c.Left, b - 1 - c.Top});
+    const int64_t first = std::clamp<int64_t>(dmin - std::max(reach, 0), 0, count);
+    const int64_t last = std::clamp<int64_t>(dmax + 1, first, count);
+    return {int32_t(first), int32_t(last)};
+}
 
 QRegion TCanvas::EllipticRegion(const TRect& r) {
     if (r.Right <= r.Left || r.Bottom <= r.Top) return QRegion();

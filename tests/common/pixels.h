@@ -1,6 +1,8 @@
 #pragma once
 // Pixel helpers shared by the drawing tests.
 #include <algorithm>
+#include <map>
+#include <string>
 
 #include "kx/host/bitmap.h"
 
@@ -19,6 +21,24 @@ inline TRect InkBounds(const TBitmap& b, TColor background = clWhite) {
                 r.Bottom = std::max(r.Bottom, y + 1);
             }
     return r;
+}
+
+// The picture as rows of letters, one letter per colour in order of first appearance
+// ('.' for white), for failure messages that show where two pictures differ.
+inline std::string ColourRows(const TBitmap& b) {
+    std::map<TColor, char> letters{{clWhite, '.'}};
+    std::string s;
+    for (int y = 0; y < b.Height(); ++y) {
+        for (int x = 0; x < b.Width(); ++x) {
+            const TColor c = b.Pixel(x, y);
+            auto it = letters.find(c);
+            if (it == letters.end())
+                it = letters.emplace(c, char('A' + (letters.size() - 1) % 26)).first;
+            s += it->second;
+        }
+        s += '\n';
+    }
+    return s;
 }
 
 }  // namespace kx::test

@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "common/pixels.h"
+#include "kx/framework/bevelpaint.h"
 #include "kx/framework/btnbevel.h"
 #include "kx/framework/sbevel.h"
 #include "kx/host/bitmap.h"
@@ -196,6 +198,42 @@ TEST(RingColors, HugeWidthDrawsOnlyWhatFits) {
     bevel.PaintGradBevel(canvas, r, true, false, clRed);
     EXPECT_EQ(canvas.CallsOf("Frame3D").size(), 3u);
     EXPECT_EQ(r, (TRect{1000000000, 1000000000, 10 - 1000000000, 6 - 1000000000}));
+}
+
+// Frames far wider and larger than the surface paint what modest ones with the same
+// visible edges paint, and take no longer.
+TEST(RingColors, FramesFarBeyondTheSurfaceDrawWhatModestOnesDraw) {
+    constexpr int32_t G = 1000000000;
+    const TKxRingColors colors{kShadowFrom, kShadowTo, kHighFrom, kHighTo};
+    const struct {
+        bool round;
+        TRect huge, modest;
+    } cases[] = {
+        {false, {5, 5, G, G}, {5, 5, 100, 100}},
+        {false, {-G, 3, 15, 17}, {-100, 3, 15, 17}},
+        {false, {-G, -G, 12, G}, {-100, -100, 12, 100}},
+        // Far-off rounded corners move the near ones by rounding: no picture to compare.
+        {true, {5, 5, 1000, 1000}, {5, 5, 100, 100}},
+        {true, {-1000, 3, 15, 17}, {-100, 3, 15, 17}},
+        {true, {-G, -G, G, G}, {}},
+    };
+    for (const auto& c : cases) {
+        TBitmap huge(20, 20), modest(20, 20);
+        TRect h = c.huge, m = c.modest;
+        if (c.round) {
+            KxPaintRoundGradFrame(huge.Canvas(), h, true, colors, G, 12, 12);
+            KxPaintRoundGradFrame(modest.Canvas(), m, true, colors, G, 12, 12);
+        } else {
+            KxPaintGradFrame(huge.Canvas(), h, false, false, clRed, colors, G);
+            KxPaintGradFrame(modest.Canvas(), m, false, false, clRed, colors, G);
+        }
+        if (c.modest.Right > c.modest.Left) {
+            EXPECT_EQ(test::ColourRows(huge), test::ColourRows(modest))
+                << c.round << " " << c.huge.Left;
+        }
+        EXPECT_NE(huge.Pixel(10, 10), clWhite) << c.round << " " << c.huge.Left;
+        EXPECT_EQ(h.Top, c.huge.Top + G) << c.round << " " << c.huge.Left;
+    }
 }
 
 TEST(FilledBevel, FillsWithColorOrTheSurfaceGradient) {

@@ -323,6 +323,67 @@ TEST(Canvas, ClipRegionDifferenceMakesRing) {
     EXPECT_EQ(p.C().ClipRect(), (TRect{0, 0, 21, 21}));
 }
 
+// On a 100 x 100 surface (or clip rectangle), which ring insets can be seen.
+TEST(Canvas, RingsOnSurfaceAreThoseThatCanTouchIt) {
+    constexpr int32_t G = 1000000000;
+    const struct {
+        TRect r;
+        int32_t count, reach;
+        TRect clip;  // empty: none
+        std::pair<int32_t, int32_t> want;
+    } cases[] = {
+        {{0, 0, 100, 100}, 10, 0, {}, {0, 10}},
+        {{0, 0, 100, 100}, 0, 0, {}, {0, 0}},
+        {{0, 0, 100, 100}, -5, 0, {}, {0, 0}},
+        {{-G, -G, G, G}, INT32_MAX, 0, {}, {G - 100, G}},
+        {{-G, 0, 100, 100}, 1000, 0, {}, {0, 100}},
+        {{200, 0, 300, 100}, 50, 0, {}, {0, 0}},  // off the surface
+        {{-1000, -1000, 1100, 1100}, 2000, 0, {}, {1000, 1100}},
+        {{-1000, -1000, 1100, 1100}, 2000, 50, {}, {950, 1100}},
+        {{-1000, -1000, 1100, 1100}, 1050, 0, {}, {1000, 1050}},
+        {{0, 0, 100, 100}, 50, 0, {40, 40, 60, 60}, {40, 50}},
+        {{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX}, INT32_MAX, INT32_MAX, {}, {0, INT32_MAX}},
+    };
+    for (const auto& c : cases) {
+        TBitmap bmp(100, 100);
+        if (c.clip.Right > c.clip.Left) bmp.Canvas().SetClipRegion(TCanvas::RectRegion(c.clip));
+        EXPECT_EQ(bmp.Canvas().RingsOnSurface(c.r, c.count, c.reach), c.want)
+            << c.r.Left << "," << c.r.Top << "," << c.r.Right << "," << c.r.Bottom << " n "
+            << c.count << " reach " << c.reach;
+    }
+    // Without a surface nothing can be ruled out.
+    const TCanvas bare;
+    EXPECT_EQ(bare.RingsOnSurface(TRect{-G, -G, G, G}, 7), std::make_pair(0, 7));
+}
+
+// A frame far larger than the surface paints exactly what a modest one with the same
+// visible edges paints, and still shrinks its rectangle by the full width.
+TEST(Canvas, Frame3DFarBeyondTheSurfaceDrawsWhatAModestOneDraws) {
+    constexpr int32_t G = 1000000000;
+    const struct {
+        TRect huge;
+        int32_t hugeWidth;
+        TRect modest;
+        int32_t modestWidth;
+    } cases[] = {
+        {{5, 5, G, G}, INT32_MAX, {5, 5, 100, 100}, 100},
+        {{-G, -G, 15, 15}, INT32_MAX, {-100, -100, 15, 15}, 200},
+        {{-2 * G, 3, 2 * G, 17}, G, {-100, 3, 100, 17}, 100},
+        {{-G, -G, G, G}, INT32_MAX, {-100, -100, 100, 100}, 200},
+    };
+    for (const auto& c : cases) {
+        Picture huge(20, 20), modest(20, 20);
+        TRect h = c.huge, m = c.modest;
+        huge.C().Frame3D(h, clRed, clBlue, c.hugeWidth);
+        modest.C().Frame3D(m, clRed, clBlue, c.modestWidth);
+        EXPECT_EQ(test::ColourRows(huge.B()), test::ColourRows(modest.B()))
+            << c.huge.Left << "," << c.huge.Top;
+        EXPECT_NE(huge.Bounds(), TRect{}) << c.huge.Left << "," << c.huge.Top;
+        EXPECT_EQ(int64_t(h.Left),
+                  std::min<int64_t>(int64_t(c.huge.Left) + c.hugeWidth, INT32_MAX));
+    }
+}
+
 // Ellipses far larger than any surface still clip like ellipses where a surface can be.
 TEST(Canvas, HugeEllipticRegionsKeepTheirEdgeNearTheOrigin) {
     const struct {

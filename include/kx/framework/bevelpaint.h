@@ -28,8 +28,8 @@ void KxRingColors(const TKxRingColors& colors, bool raised, int32_t width, int32
 // Draws the frame into rect and shrinks rect by width (nothing when width < 1).
 // With fill, the whole rect is first painted in fillColor (pen width 1, pen and solid
 // brush in fillColor, Rectangle). Each ring is one Frame3D of width 1. Rings that no
-// longer fit into the shrinking rectangle are not drawn, but rect still ends up
-// shrunk by the full width.
+// longer fit into the shrinking rectangle are not drawn, nor are rings that cannot touch
+// the canvas (TCanvas::RingsOnSurface), but rect still ends up shrunk by the full width.
 void KxPaintGradFrame(TCanvas& canvas, TRect& rect, bool raised, bool fill, TColor fillColor,
                       const TKxRingColors& colors, int32_t width);
 
@@ -44,7 +44,9 @@ void KxPaintRoundGradFrame(TCanvas& canvas, TRect& rect, bool raised, const TKxR
                            int32_t width, int32_t a, int32_t b);
 
 // The region of rect's pixels on or below-right of the diagonal from its bottom-left
-// to its top-right pixel.
+// to its top-right pixel; the second form keeps only those inside `within`, so a huge
+// rectangle costs no more than the part of it that can be seen.
 QRegion KxLowerRightRegion(const TRect& rect);
+QRegion KxLowerRightRegion(const TRect& rect, const TRect& within);
 
 }  // namespace kx

@@ -76,6 +76,7 @@
 #include <functional>
 #include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "kx/host/graphics.h"
@@ -164,6 +165,16 @@ class TCanvas {
     const QRegion& ClipRegion() const { return clip_; }
     // The bounding box of the clip region, or the whole surface without one.
     virtual TRect ClipRect() const;
+    // What drawing can change: ClipRect(), or the whole plane without a target (a
+    // recording canvas logs everything).
+    TRect ReachRect() const;
+    // The insets k in [first, last) of r's rings (ring k is r shrunk by k on every side,
+    // k < count) that can touch ReachRect(), for rings whose pixels lie at most `reach`
+    // inside their ring's rectangle. Rings past the surface draw nothing, so a loop over
+    // a bevel far wider than the surface visits only these: never more than the reach
+    // rectangle's longer side plus `reach` plus one.
+    std::pair<int32_t, int32_t> RingsOnSurface(const TRect& r, int32_t count,
+                                               int32_t reach = 0) const;
 
     // Regions with the classic geometry: an elliptic region fills the ellipse inscribed
     // in L..R-1, T..B-1; a rectangular one covers L..R-1, T..B-1. An ellipse reaching
