@@ -108,6 +108,11 @@ int main(int argc, char** argv) {
         err << "kxsoak: " << error << "\n";
         return 2;
     }
+    if (options->List) {
+        for (const kx::TKxCatalogueEntry& entry : kx::KxCatalogue())
+            out << entry.ClassName << "\n";
+        return 0;
+    }
     const auto entries = Selected(*options);
     if (entries.empty()) {
         err << "kxsoak: no component named " << options->Component << "\n";

@@ -17,6 +17,7 @@ void AddOptions(QCommandLineParser& parser) {
         {"seed", "Seed of the random stream (default 1).", "S", "1"},
         {"component", "Soak only this class (e.g. TKxBar).", "NAME"},
         {"report", "Print readings, resident size and heap in use per component."},
+        {"list", "Print the class names of the catalogue, one per line, and stop."},
         {"max-growth-kib",
          "Fail when a component's heap grows by K KiB or more per 10^6 readings (median quarter).",
          "K"},
@@ -48,6 +49,7 @@ std::optional<TSoakOptions> ParseSoakOptions(const QStringList& arguments, QStri
     }
     options.Component = parser.value("component");
     options.Report = parser.isSet("report");
+    options.List = parser.isSet("list");
     if (parser.isSet("max-growth-kib")) {
         const double limit = parser.value("max-growth-kib").toDouble(&ok);
         if (!ok || !(limit >= 0)) {

@@ -15,6 +15,7 @@ struct TSoakOptions {
     uint64_t Seed = 1;
     QString Component;  // empty: every component of the catalogue
     bool Report = false;
+    bool List = false;                   // print the catalogue's class names and stop
     std::optional<double> MaxGrowthKiB;  // per 10^6 readings; unset: not checked
 };
 
