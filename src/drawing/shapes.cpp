@@ -121,7 +121,13 @@ void KxCircleGradFill(TCanvas& canvas, const TRect& r, TColor from, TColor to) {
     const float incG = static_cast<float>(double(dG) / double(n));
     const float incB = static_cast<float>(double(dB) / double(n));
 
-    for (int64_t i = 0; i <= n; ++i) {
+    // Line i runs along the anti-diagonal x + y = base + i: only those crossing what the
+    // canvas can show are drawn, so a face far larger than the surface costs no more.
+    const TRect seen = canvas.ReachRect();
+    const int64_t base = int64_t(r.Left) + r.Top + k - 1;
+    const int64_t first = std::max<int64_t>(0, int64_t(seen.Left) + seen.Top - base);
+    const int64_t last = std::min<int64_t>(n, int64_t(seen.Right) + seen.Bottom - 2 - base);
+    for (int64_t i = first; i <= last; ++i) {
         const double di = static_cast<double>(i);
         canvas.Pen().SetColor(RGB(GetRValue(c1) + Round(incR * di),
                                   GetGValue(c1) + Round(incG * di),

@@ -1038,7 +1038,13 @@ bool WithinRegionReach(const TRect& r) {
 }  // namespace
 
 TRect TCanvas::ReachRect() const {
-    return drawable() ? ClipRect() : TRect{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX};
+    if (!drawable()) return TRect{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX};
+    const TRect surface = logicalSize_.X >= 0 ? TRect{0, 0, logicalSize_.X, logicalSize_.Y}
+                                              : TRect{0, 0, target_->width(), target_->height()};
+    if (!hasClip_) return surface;
+    const TRect c = ClipRect();
+    return TRect{std::max(c.Left, surface.Left), std::max(c.Top, surface.Top),
+                 std::min(c.Right, surface.Right), std::min(c.Bottom, surface.Bottom)};
 }
 
 std::pair<int32_t, int32_t> TCanvas::RingsOnSurface(const TRect& r, int32_t count,

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "kx/drawing/shapes.h"
+#include "kx/host/bitmap.h"
 #include "kx/host/recordingcanvas.h"
 #include "qstring_print.h"
 
@@ -160,6 +161,32 @@ TEST(Shapes, CircleGradFill) {
     ASSERT_EQ(smallLines.size(), 3u);
     EXPECT_EQ(smallLines[1].PenColor, RGB(10, 0, 0));
     EXPECT_EQ(smallLines[2].PenColor, RGB(11, 0, 0));
+}
+
+// Lines the surface cannot show are skipped without changing a pixel: a view of part of
+// a face equals that part of the whole face, and a face far larger than its surface
+// takes no longer than a small one.
+TEST(Shapes, CircleGradFillDrawsOnlyWhatTheSurfaceShows) {
+    const TColor from = RGB(0, 100, 200), to = RGB(156, 100, 44);
+    TBitmap whole(40, 40);
+    KxCircleGradFill(whole.Canvas(), {0, 0, 40, 40}, from, to);
+    for (const int32_t d : {0, -7, -13, -20}) {
+        TBitmap part(20, 20);
+        KxCircleGradFill(part.Canvas(), {d, d, 40 + d, 40 + d}, from, to);
+        int differing = 0;
+        for (int32_t y = 0; y < 20; ++y)
+            for (int32_t x = 0; x < 20; ++x)
+                differing += part.Pixel(x, y) != whole.Pixel(x - d, y - d);
+        EXPECT_EQ(differing, 0) << "shift " << d;
+    }
+    // The surface at the centre of a face 10^9 across: halfway between the colours.
+    TBitmap huge(20, 20);
+    KxCircleGradFill(huge.Canvas(), {-500000000, -500000000, 500000000, 500000000}, from, to);
+    const TColor mid = huge.Pixel(10, 10);
+    EXPECT_EQ(GetGValue(mid), 100);
+    EXPECT_NEAR(GetRValue(mid), 78, 2);
+    EXPECT_NEAR(GetBValue(mid), 122, 2);
+    EXPECT_FALSE(huge.Canvas().HasClipRegion());
 }
 
 TEST(Shapes, BkUpImage) {
