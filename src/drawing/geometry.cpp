@@ -119,6 +119,10 @@ TPoint KxOffsetPoint(TPoint p, int32_t dx, int32_t dy) {
     return TPoint{WrapAdd(p.X, dx), WrapAdd(p.Y, dy)};
 }
 
+TPoint KxSaturatedPoint(int64_t x, int64_t y) {
+    return TPoint{Saturate(x), Saturate(y)};
+}
+
 void KxBorder(TRect& r, int32_t n) {
     KxMultiBorder(r, n, n, n, n);
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "kx/blink/flashtimer.h"
+#include "kx/drawing/geometry.h"
 #include "kx/drawing/shapes.h"
 #include "kx/drawing/text.h"
 #include "kx/framework/valuebox.h"
@@ -350,20 +351,20 @@ void TKxHBar::placeBar(const TRect& r, int32_t y) {
         indent = Div(m, 2);
     barFrame_ = TRect{Saturate(int64_t(r.Left) + indent), top, Saturate(int64_t(r.Right) - indent),
                       Saturate(int64_t(top) + bh)};
-    const int32_t s = bh - 1;
-    const int32_t x0 = barFrame_.Left - 3, x1 = barFrame_.Right + 2;
-    setTriangle(0, {TPoint{x0, top}, TPoint{x0, top + s}, TPoint{x0 - s / 2, top + s / 2},
-                    TPoint{x0, top}});
-    setTriangle(1, {TPoint{x1, top}, TPoint{x1, top + s}, TPoint{x1 + s / 2, top + s / 2},
-                    TPoint{x1, top}});
+    const int64_t s = int64_t(bh) - 1;
+    const int64_t x0 = int64_t(barFrame_.Left) - 3, x1 = int64_t(barFrame_.Right) + 2;
+    setTriangle(0, {KxSaturatedPoint(x0, top), KxSaturatedPoint(x0, top + s),
+                    KxSaturatedPoint(x0 - s / 2, top + s / 2), KxSaturatedPoint(x0, top)});
+    setTriangle(1, {KxSaturatedPoint(x1, top), KxSaturatedPoint(x1, top + s),
+                    KxSaturatedPoint(x1 + s / 2, top + s / 2), KxSaturatedPoint(x1, top)});
     strip_ = TRect{Saturate(int64_t(barFrame_.Left) - (m / 2 + 1)), Saturate(int64_t(top) - m),
                    Saturate(int64_t(barFrame_.Right) + m / 2 + 1), top};
 }
 
 void TKxHBar::markerShapes(int32_t a, int32_t b, std::array<TPoint, 6>& mk) const {
-    const int32_t m = MarkerRoom();
-    mk = {TPoint{a, 0}, TPoint{a, m},         TPoint{a - m / 2, 0},
-          TPoint{b, 0}, TPoint{b + m / 2, 0}, TPoint{b, m}};
+    const int64_t m = MarkerRoom();
+    mk = {KxSaturatedPoint(a, 0), KxSaturatedPoint(a, m),         KxSaturatedPoint(a - m / 2, 0),
+          KxSaturatedPoint(b, 0), KxSaturatedPoint(b + m / 2, 0), KxSaturatedPoint(b, m)};
 }
 
 int32_t TKxHBar::alongToStrip(int32_t along) const {
@@ -436,20 +437,20 @@ void TKxVBar::placeBar(const TRect& r, int32_t y) {
     const int32_t top = Saturate(int64_t(y) + indent);
     const int32_t bottom = Saturate(int64_t(r.Bottom) - indent);
     barFrame_ = TRect{left, top, Saturate(int64_t(left) + bw), bottom};
-    const int32_t s = bw - 1;
-    const int32_t y0 = top - 3, y1 = bottom + 2;
-    setTriangle(0, {TPoint{left, y0}, TPoint{left + s, y0}, TPoint{left + s / 2, y0 - s / 2},
-                    TPoint{left, y0}});
-    setTriangle(1, {TPoint{left, y1}, TPoint{left + s, y1}, TPoint{left + s / 2, y1 + s / 2},
-                    TPoint{left, y1}});
+    const int64_t s = int64_t(bw) - 1;
+    const int64_t y0 = int64_t(top) - 3, y1 = int64_t(bottom) + 2;
+    setTriangle(0, {KxSaturatedPoint(left, y0), KxSaturatedPoint(left + s, y0),
+                    KxSaturatedPoint(left + s / 2, y0 - s / 2), KxSaturatedPoint(left, y0)});
+    setTriangle(1, {KxSaturatedPoint(left, y1), KxSaturatedPoint(left + s, y1),
+                    KxSaturatedPoint(left + s / 2, y1 + s / 2), KxSaturatedPoint(left, y1)});
     strip_ = TRect{barFrame_.Right, Saturate(int64_t(top) - (m / 2 + 1)),
                    Saturate(int64_t(barFrame_.Right) + m), Saturate(int64_t(bottom) + m / 2 + 1)};
 }
 
 void TKxVBar::markerShapes(int32_t a, int32_t b, std::array<TPoint, 6>& mk) const {
-    const int32_t m = MarkerRoom();
-    mk = {TPoint{m, a}, TPoint{0, a},         TPoint{m, a + m / 2},
-          TPoint{m, b}, TPoint{m, b - m / 2}, TPoint{0, b}};
+    const int64_t m = MarkerRoom();
+    mk = {KxSaturatedPoint(m, a), KxSaturatedPoint(0, a),         KxSaturatedPoint(m, a + m / 2),
+          KxSaturatedPoint(m, b), KxSaturatedPoint(m, b - m / 2), KxSaturatedPoint(0, b)};
 }
 
 int32_t TKxVBar::alongToStrip(int32_t along) const {

@@ -466,8 +466,8 @@ void TKxRMeter::Paint() {
 
 TRect TKxRMeter::Widen120(TRect r) {
     // The right side grows by the already widened width: kept asymmetric.
-    r.Left -= Div(r.Width(), 20);
-    r.Right += Div(r.Width(), 20);
+    r.Left = Saturate(int64_t(r.Left) - Div(r.Width(), 20));
+    r.Right = Saturate(int64_t(r.Right) + Div(r.Width(), 20));
     return r;
 }
 

@@ -424,9 +424,9 @@ void TKxTrend::fillCursorReadout(int32_t record) {
 void TKxTrend::SetCursorLineAt(int32_t x, int32_t y) {
     if (FlowActive() && !HasOption(opCursorOnRec)) return;
     if (!cursorLine_ || inTick_) return;
-    const int32_t column = x - area_.Left;
     const bool inside =
         laidOut_ && x >= area_.Left && x < area_.Right && y >= area_.Top && y < area_.Bottom;
+    const int32_t column = inside ? Saturate(int64_t(x) - area_.Left) : 0;
     if (inside && column == cursorColumn_ && cursorShown_) return;
     const int64_t record = int64_t(column) + firstDisplayed_;
     if (inside && record <= store_.Last() && record >= 0) {

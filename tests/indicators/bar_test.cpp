@@ -463,6 +463,25 @@ TEST_F(BarTest, ExtremeReadingsAndRangesDrawWithoutHarm) {
         }
 }
 
+// Bevel spacings at the int32 limits give bars as thick or thin as 32 bits allow; the
+// triangles and markers around them saturate instead of overflowing.
+TEST_F(BarTest, AbsurdBevelSpacingsDrawWithoutOverflow) {
+    for (bool upright : {false, true})
+        for (int32_t spacing : {INT32_MIN, INT32_MAX, -1000000}) {
+            SCOPED_TRACE(testing::Message() << upright << " " << spacing);
+            auto bar = makeBar(upright);
+            bar->SetOptions(kAll);
+            bar->MinMax()->SetMinVisible(true);
+            bar->MinMax()->SetMaxVisible(true);
+            bar->BarSettings()->Bevel()->SetSpacing(spacing);
+            bar->Loaded();
+            bar->PaintToSurface();
+            bar->SetValue(1e9f);
+            bar->PaintToSurface();
+            EXPECT_EQ(bar->PPT(), 1000);
+        }
+}
+
 TEST_F(BarTest, TinyAndHugeNamesStayDefined) {
     TKxHBar h;
     h.SetKxAutoSize(false);

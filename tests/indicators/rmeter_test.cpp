@@ -92,6 +92,9 @@ TEST_F(RMeterTest, NamesWiderThanTheScaleWidenTheMeter) {
 TEST_F(RMeterTest, Widen120GrowsLeftThenRightByTheWidenedWidth) {
     EXPECT_EQ(TKxRMeter::Widen120(TRect{10, 0, 410, 100}), (TRect{-10, 0, 431, 100}));
     EXPECT_EQ(TKxRMeter::Widen120(TRect{0, 0, 19, 10}), (TRect{0, 0, 19, 10}));
+    // Saturated at the int32 range.
+    EXPECT_EQ(TKxRMeter::Widen120(TRect{INT32_MIN + 5, 0, INT32_MAX - 5, 10}),
+              (TRect{INT32_MIN, 0, INT32_MAX, 10}));
 }
 
 struct SectorCase {

@@ -479,6 +479,8 @@ TEST_F(TrendDisplayTest, CursorReadoutFollowsTheMouse) {
         {a.Left + 20, a.Top + 5, true, 20, 4},
         {a.Left - 1, a.Top + 5, false, 20, 5},  // leaving the area
         {a.Left - 5, a.Top + 5, false, 20, 5},  // once only
+        {INT32_MIN, a.Top + 5, false, 20, 5},   // far outside, either way
+        {INT32_MAX, INT32_MIN, false, 20, 5},
     };
     for (const Step& s : steps) {
         SCOPED_TRACE(s.x - a.Left);

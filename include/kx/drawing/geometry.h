@@ -52,6 +52,8 @@ TRect KxUnionArea(const TRect& a, const TRect& b);
 // r moved by (dx, dy), wrapping.
 TRect KxOffsetRect(const TRect& r, int32_t dx, int32_t dy);
 TPoint KxOffsetPoint(TPoint p, int32_t dx, int32_t dy);
+// A point from 64-bit sums of coordinates, each clipped to the int32 range.
+TPoint KxSaturatedPoint(int64_t x, int64_t y);
 // Moves every edge inward by n (a negative n grows the rectangle).
 void KxBorder(TRect& r, int32_t n);
 // Moves the edges inward by l, t, r, b respectively.
