@@ -1038,7 +1038,8 @@ bool WithinRegionReach(const TRect& r) {
 }  // namespace
 
 TRect TCanvas::ReachRect() const {
-    if (!drawable()) return TRect{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX};
+    if (!target_) return TRect{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX};
+    if (target_->isNull()) return TRect{};
     const TRect surface = logicalSize_.X >= 0 ? TRect{0, 0, logicalSize_.X, logicalSize_.Y}
                                               : TRect{0, 0, target_->width(), target_->height()};
     if (!hasClip_) return surface;

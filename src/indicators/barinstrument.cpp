@@ -431,7 +431,7 @@ void TKxVBar::placeBar(const TRect& r, int32_t y) {
                                         : Div(Saturate(int64_t(width()) - bw), 2);
     int32_t indent = 0;
     if (HasOption(opOverflow))
-        indent = bw + 1 < 1 ? 0 : Div(Saturate(int64_t(bw) + 5), 2);
+        indent = int64_t(bw) + 1 < 1 ? 0 : Div(Saturate(int64_t(bw) + 5), 2);
     else if (MarkersShown())
         indent = Div(m, 2);
     const int32_t top = Saturate(int64_t(y) + indent);

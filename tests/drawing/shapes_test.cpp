@@ -187,6 +187,11 @@ TEST(Shapes, CircleGradFillDrawsOnlyWhatTheSurfaceShows) {
     EXPECT_NEAR(GetRValue(mid), 78, 2);
     EXPECT_NEAR(GetBValue(mid), 122, 2);
     EXPECT_FALSE(huge.Canvas().HasClipRegion());
+    // A bitmap whose pixels could not be had shows nothing: no line is drawn at all.
+    TBitmap none(10, 10);
+    none.SetSize(100000, 100000);
+    ASSERT_TRUE(none.Empty());
+    KxCircleGradFill(none.Canvas(), {-500000000, -500000000, 500000000, 500000000}, from, to);
 }
 
 TEST(Shapes, BkUpImage) {

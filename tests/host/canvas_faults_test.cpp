@@ -268,6 +268,11 @@ TEST(CanvasEdges, UnallocatableSizeLeavesAnEmptyBitmap) {
         EXPECT_EQ(b.Width(), size.Width);
         b.Canvas().FillRect(TRect{0, 0, 50, 50});
         b.Canvas().TextOut(0, 0, "text");
+        // Nothing can be seen, so a frame of any width costs nothing.
+        const TRect plane{INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX};
+        EXPECT_EQ(b.Canvas().RingsOnSurface(plane, INT32_MAX), std::make_pair(0, 0));
+        TRect framed = plane;
+        b.Canvas().Frame3D(framed, clRed, clBlue, INT32_MAX);
         TBitmap target(20, 20);
         target.Canvas().Draw(0, 0, b);
         EXPECT_EQ(target.Pixel(5, 5), clWhite);

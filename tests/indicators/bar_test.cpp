@@ -467,7 +467,7 @@ TEST_F(BarTest, ExtremeReadingsAndRangesDrawWithoutHarm) {
 // triangles and markers around them saturate instead of overflowing.
 TEST_F(BarTest, AbsurdBevelSpacingsDrawWithoutOverflow) {
     for (bool upright : {false, true})
-        for (int32_t spacing : {INT32_MIN, INT32_MAX, -1000000}) {
+        for (int32_t spacing : {INT32_MIN, INT32_MAX, INT32_MAX / 2, -1000000}) {
             SCOPED_TRACE(testing::Message() << upright << " " << spacing);
             auto bar = makeBar(upright);
             bar->SetOptions(kAll);

@@ -483,7 +483,7 @@ TEST_F(TrendDisplayTest, CursorReadoutFollowsTheMouse) {
         {INT32_MAX, INT32_MIN, false, 20, 5},
     };
     for (const Step& s : steps) {
-        SCOPED_TRACE(s.x - a.Left);
+        SCOPED_TRACE(int64_t(s.x) - a.Left);
         trend->SetCursorLineAt(s.x, s.y);
         EXPECT_EQ(v->DataValid(), s.valid);
         EXPECT_EQ(v->RecordNo(), s.record);

@@ -165,8 +165,9 @@ class TCanvas {
     const QRegion& ClipRegion() const { return clip_; }
     // The bounding box of the clip region, or the whole surface without one.
     virtual TRect ClipRect() const;
-    // What drawing can change: the surface within ClipRect(), or the whole plane without
-    // a target (a recording canvas logs everything).
+    // What drawing can change: the surface within ClipRect(); nothing when the target's
+    // pixels could not be had; the whole plane without a target (a recording canvas logs
+    // everything).
     TRect ReachRect() const;
     // The insets k in [first, last) of r's rings (ring k is r shrunk by k on every side,
     // k < count) that can touch ReachRect(), for rings whose pixels lie at most `reach`
