@@ -232,8 +232,9 @@ void TKxMiniTrend::Paint() {
     c.Brush().SetColor(color_);
     c.FillRect(inner);
     bevelOuter_->PaintBevel(c, inner);
-    const int32_t innerW = std::max(inner.Right - inner.Left, 0);
-    const int32_t innerH = std::max(inner.Bottom - inner.Top, 0);
+    // Spans and sums in 64 bits: bevel spacings may push the edges to the int32 limits.
+    const int32_t innerW = std::max(inner.Width(), 0);
+    const int32_t innerH = std::max(inner.Height(), 0);
 
     int32_t valueW = 0;
     lineHeight_ = 0;
@@ -246,13 +247,15 @@ void TKxMiniTrend::Paint() {
             valueW = std::max({valueW, c.TextWidth(FormatFloat(f, s->ValueFrom())),
                                c.TextWidth(FormatFloat(f, s->ValueTo()))});
         }
-        valueW += 4;
-        if (innerW - valueW < innerW / 2 || lineHeight_ > innerH) valueW = 0;
+        valueW = Saturate(int64_t(valueW) + 4);
+        if (int64_t(innerW) - valueW < innerW / 2 || lineHeight_ > innerH) valueW = 0;
     }
-    area_ = TRect{inner.Left, inner.Top, inner.Left + innerW - valueW, inner.Top + innerH};
-    valueArea_ =
-        valueW > 0 ? TRect{area_.Right, area_.Top, area_.Right + valueW, area_.Bottom} : TRect{};
-    const int32_t w = area_.Right - area_.Left, h = area_.Bottom - area_.Top;
+    area_ = TRect{inner.Left, inner.Top, Saturate(int64_t(inner.Left) + innerW - valueW),
+                  Saturate(int64_t(inner.Top) + innerH)};
+    valueArea_ = valueW > 0 ? TRect{area_.Right, area_.Top, Saturate(int64_t(area_.Right) + valueW),
+                                    area_.Bottom}
+                            : TRect{};
+    const int32_t w = area_.Width(), h = area_.Height();
     for (TBitmap& b : bitmaps_)
         MakeCompatibleBitmap(b, w, h, TPoint{area_.Left, area_.Top});
     baseline_ = std::max(h - 1, 0);

@@ -616,5 +616,24 @@ TEST_F(MiniTrend, DegenerateSizesRecordAndDrawOnlyTheBackground) {
     }
 }
 
+// Bevel spacings at the int32 limits put the inner edges there too: the areas saturate
+// instead of overflowing, and recording goes on.
+TEST_F(MiniTrend, AbsurdBevelSpacingsDrawWithoutOverflow) {
+    for (const int32_t spacing : {INT32_MIN, INT32_MIN / 2, INT32_MAX}) {
+        TKxMiniTrend t(&form_);
+        t.SetBounds(0, 0, 60, 20);
+        t.SetStartRecording(false);
+        t.SetShowLastValue(true);
+        t.BevelOuter()->SetSpacing(spacing);
+        t.Loaded();
+        t.PaintToSurface();
+        for (int i = 0; i < 3; ++i)
+            ASSERT_TRUE(t.AddValue(float(i), kNaN)) << spacing;
+        t.PaintToSurface();
+        EXPECT_EQ(t.RecordCount(), 3) << spacing;
+        EXPECT_LE(t.CurveArea().Left, t.CurveArea().Right) << spacing;
+    }
+}
+
 }  // namespace
 }  // namespace kx
