@@ -851,33 +851,37 @@ bool TCanvas::fastCopy(const QImage& src, const TRect& s, int32_t dx, int32_t dy
     if (hasClip_ || !drawable() || src.isNull() || src.format() != target_->format() ||
         &src == target_)
         return false;
-    // Clip source and destination to both images.
-    int32_t sl = s.Left, st = s.Top, w = s.Width(), h = s.Height();
+    // Clip source and destination to both images, in 64 bits: either may start far off.
+    int64_t sl = s.Left, st = s.Top, w = s.Width(), h = s.Height();
+    int64_t dx64 = dx, dy64 = dy;
     if (sl < 0) {
-        dx -= sl;
+        dx64 -= sl;
         w += sl;
         sl = 0;
     }
     if (st < 0) {
-        dy -= st;
+        dy64 -= st;
         h += st;
         st = 0;
     }
-    if (dx < 0) {
-        sl -= dx;
-        w += dx;
-        dx = 0;
+    if (dx64 < 0) {
+        sl -= dx64;
+        w += dx64;
+        dx64 = 0;
     }
-    if (dy < 0) {
-        st -= dy;
-        h += dy;
-        dy = 0;
+    if (dy64 < 0) {
+        st -= dy64;
+        h += dy64;
+        dy64 = 0;
     }
-    w = std::min({w, src.width() - sl, target_->width() - dx});
-    h = std::min({h, src.height() - st, target_->height() - dy});
+    w = std::min({w, src.width() - sl, target_->width() - dx64});
+    h = std::min({h, src.height() - st, target_->height() - dy64});
     if (w <= 0 || h <= 0) return true;
+    // Now within both images, so every figure fits 32 bits again.
+    dx = int32_t(dx64);
+    dy = int32_t(dy64);
     if (onDraw_) {
-        const QRect touched(dx, dy, w, h);
+        const QRect touched(dx, dy, int(w), int(h));
         onDraw_(&touched);
     }
     const int bpp = src.depth() / 8;
