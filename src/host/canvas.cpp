@@ -854,26 +854,17 @@ bool TCanvas::fastCopy(const QImage& src, const TRect& s, int32_t dx, int32_t dy
     // Clip source and destination to both images, in 64 bits: either may start far off.
     int64_t sl = s.Left, st = s.Top, w = s.Width(), h = s.Height();
     int64_t dx64 = dx, dy64 = dy;
-    if (sl < 0) {
-        dx64 -= sl;
-        w += sl;
-        sl = 0;
-    }
-    if (st < 0) {
-        dy64 -= st;
-        h += st;
-        st = 0;
-    }
-    if (dx64 < 0) {
-        sl -= dx64;
-        w += dx64;
-        dx64 = 0;
-    }
-    if (dy64 < 0) {
-        st -= dy64;
-        h += dy64;
-        dy64 = 0;
-    }
+    // A start before 0 moves both starts on by as much and shortens the span.
+    const auto clipStart = [](int64_t& start, int64_t& other, int64_t& span) {
+        if (start >= 0) return;
+        other -= start;
+        span += start;
+        start = 0;
+    };
+    clipStart(sl, dx64, w);
+    clipStart(st, dy64, h);
+    clipStart(dx64, sl, w);
+    clipStart(dy64, st, h);
     w = std::min({w, src.width() - sl, target_->width() - dx64});
     h = std::min({h, src.height() - st, target_->height() - dy64});
     if (w <= 0 || h <= 0) return true;
