@@ -92,7 +92,7 @@ void TKxLabel::Paint() {
     if (posH_ == phRight) x = int64_t(w) - tw - spacing_;
     if (posV_ == pvTop) y = int64_t(spacing_) - Round(th * 0.25);
     if (posV_ == pvBottom) y = int64_t(h) - Round(th * 0.8) - spacing_ - 1;
-    origin_ = TPoint{Saturate(x), Saturate(y)};
+    origin_ = KxSaturatedPoint(x, y);
     c.Brush().SetStyle(bsClear);
     c.TextOut(origin_.X, origin_.Y, text);
 }

@@ -68,7 +68,7 @@ TPoint valIndSize(TCanvas& c, const TKxValInd& v) {
         w = std::max<int64_t>(w, c.TextWidth(cap.Text()));
         h += c.TextHeight(cap.Text());
     }
-    return TPoint{Saturate(w), Saturate(h)};
+    return KxSaturatedPoint(w, h);
 }
 
 }  // namespace

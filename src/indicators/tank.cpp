@@ -403,7 +403,7 @@ void TKxTank::Paint() {
             const int64_t y = valueTop_ ? r.Top : int64_t(r.Bottom) - rowH;
             const int64_t x = int64_t(r.Left) + (int64_t(r.Width()) - rowW) / 2;
             if (withValue) {
-                valInd_->Draw(c, TPoint{Saturate(x), Saturate(y)}, toTopLeft);
+                valInd_->Draw(c, KxSaturatedPoint(x, y), toTopLeft);
                 if (valInd_->Visible()) valueBox_ = valInd_->TextRect();
             }
             if (withUnit) {

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "kx/blink/flashtimer.h"
+#include "kx/drawing/geometry.h"
 #include "kx/drawing/text.h"
 #include "kx/host/numeric.h"
 #include "kx/recorders/trendaccessible.h"
@@ -285,7 +286,7 @@ TPoint TKxOperatingPoint::PointPosition(TPoint perMille, int32_t width, int32_t 
         Round64((double(width) - 11.0) / 1000.0 * double(perMille.X)) + int64_t(kMargin);
     const int64_t py = Round64((double(height) - 11.0) / 1000.0 * (1000.0 - double(perMille.Y))) +
                        int64_t(kMargin);
-    return TPoint{Saturate(px), Saturate(py)};
+    return KxSaturatedPoint(px, py);
 }
 
 // ---- Painting ---------------------------------------------------------------------------------
@@ -354,7 +355,7 @@ void TKxOperatingPoint::drawPoint(TCanvas* c, TPoint origin, int32_t x, int32_t 
     tailPoints_[0] = TPoint{x, y};
     if (!c) return;
     auto local = [&](TPoint p) {
-        return TPoint{Saturate(int64_t(p.X) - origin.X), Saturate(int64_t(p.Y) - origin.Y)};
+        return KxSaturatedPoint(int64_t(p.X) - origin.X, int64_t(p.Y) - origin.Y);
     };
     c->Pen().SetMode(pmCopy);
     c->Pen().SetStyle(psSolid);
